@@ -1,0 +1,40 @@
+# Wraps CMake: `make demo` and `make test` set up a fresh Debian machine,
+# build, and run.
+BUILD ?= build
+PREFIX ?= /opt/velora
+JOBS ?= $(shell nproc)
+GDS = $(BUILD)/stage/bin/x86_64/gds
+
+.PHONY: all deps configure build test demo install bench fuzz sanitize clean
+
+all: build
+
+deps:
+	@bash scripts/deps.sh
+
+configure: deps
+	@cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=Release > /dev/null
+
+build: configure
+	@cmake --build $(BUILD) -j $(JOBS)
+
+test: build
+	@ctest --test-dir $(BUILD) --output-on-failure -j $(JOBS)
+
+demo: build
+	@bash examples/demo.sh $(GDS)
+
+install: build
+	@cmake --install $(BUILD) --prefix $(PREFIX)
+
+bench: build
+	@bash bench/run.sh $(GDS)
+
+# Sanitizer build of everything, tests included.
+sanitize: deps
+	@cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DGDS_SANITIZE=ON > /dev/null
+	@cmake --build build-asan -j $(JOBS)
+	@ctest --test-dir build-asan --output-on-failure -j $(JOBS)
+
+clean:
+	@rm -rf $(BUILD) build-asan build-fuzz

@@ -1,0 +1,137 @@
+#include "SGdsApp.h"
+
+#include <QRegExp>
+#include <cstdio>
+
+#include "SGdsDebug.h"
+#include "SGdsFile.h"
+#include "SGdsRecord.h"
+#include "SGdsStructureList.h"
+
+namespace {
+SGdsApp* theApp = nullptr;
+}
+
+SGdsApp::SGdsApp()
+{
+    theApp = this;
+}
+
+SGdsApp::~SGdsApp()
+{
+    delete itsGdsFile;
+    delete itsStructureList;
+    if (theApp == this)
+        theApp = nullptr;
+}
+
+SGdsApp* SGdsApp::Instance()
+{
+    return theApp;
+}
+
+bool SGdsApp::LoadStringFiles()
+{
+    return SApplicationManager::LoadStringFiles();
+}
+
+SString SGdsApp::ReplaceExtension(const SString& name, const char* extension)
+{
+    QString text = name.qstring();
+    QRegExp pattern("\\.[^\\.\\\\/]*$");
+    int at = pattern.indexIn(text);
+    if (at >= 0)
+        text.truncate(at);
+    text += '.';
+    text += QString::fromLatin1(extension);
+    return SString(text);
+}
+
+void SGdsApp::DeriveDefaultNames()
+{
+    itsInputProjectName = itsOptions.itsInputProject.isEmpty() ? ReplaceExtension(itsGdsFileName, "vel")
+                                                               : itsOptions.itsInputProject;
+    itsOutputProjectName = itsOptions.itsOutputProject.isEmpty() ? ReplaceExtension(itsGdsFileName, "vel")
+                                                                 : itsOptions.itsOutputProject;
+    itsLayerFileName = itsOptions.itsLayerFile.isEmpty() ? ReplaceExtension(itsGdsFileName, "lay")
+                                                         : itsOptions.itsLayerFile;
+}
+
+bool SGdsApp::Run(int argc, char** argv)
+{
+    if (!LoadStringFiles())
+        return false;
+    CreateTrace();
+    DumpCommandLine(argc, argv);
+    if (!itsOptions.Parse(argc, argv))
+        return false;
+
+    ShortFormat = itsOptions.itsShortFormat;
+    AsciiInput = itsOptions.itsAsciiInput;
+    VerboseOutput = itsOptions.itsVerbose;
+    ZeroBoxType = itsOptions.itsZeroBoxType;
+    ConvertBoxes = itsOptions.itsConvertBoxes;
+
+    itsMaterialFileName = itsOptions.itsMaterialFile;
+    itsStructureListFileName = itsOptions.itsStructureListFile;
+    itsConvert = itsOptions.itsTranslate;
+    itsGdsFileName = itsOptions.itsGdsFile;
+    DeriveDefaultNames();
+
+    bool read = ReadStream();
+    if (itsOptions.itsShortFormat || itsOptions.itsRecordTags || !read)
+        return read;
+    if (!BuildStructures() || !SelectStructure())
+        return false;
+    if (itsOptions.itsListStructures && !ListStructures())
+        return false;
+    if (!itsConvert && !itsOptions.itsCreateLayerFile && itsMaterialFileName.isEmpty())
+        return true;
+
+    GdsError("Layer files, material files and projects can not be made by this build yet\n");
+    return false;
+}
+
+bool SGdsApp::ReadStream()
+{
+    itsGdsFile = new SGdsFile(itsGdsFileName);
+    itsGdsFile->SetOutputName(itsOptions.itsGdsOutput);
+    if (!AsciiInput && !itsGdsFile->CheckHeader())
+        return false;
+    return itsGdsFile->Read();
+}
+
+bool SGdsApp::BuildStructures()
+{
+    itsStructureList = new SGdsStructureList;
+    if (!itsGdsFile->BuildStructures(*itsStructureList))
+        return false;
+    if (itsStructureList->GetOpenStructure()) {
+        GdsError("Unexpected end-of-file reached while reading gds file\n");
+        return false;
+    }
+    return true;
+}
+
+bool SGdsApp::SelectStructure()
+{
+    if (!itsOptions.itsStructureName.isEmpty()) {
+        itsStructureName = itsOptions.itsStructureName;
+    } else {
+        itsStructureName = itsStructureList->GetDefaultStructure(itsOptions.itsDefaultStructure);
+        if (itsStructureName.isEmpty()) {
+            GdsError("No structures are defined in the gds file\n");
+            return false;
+        }
+    }
+    if (itsOptions.itsVerbose) {
+        printf(itsConvert ? "Converting structure \"%s\"\n" : "Primary structure \"%s\"\n", itsStructureName.data());
+        fflush(stdout);
+    }
+    return true;
+}
+
+bool SGdsApp::ListStructures()
+{
+    return itsStructureList->ListStructures(itsStructureListFileName, itsOptions.itsDefaultStructure);
+}

@@ -1,0 +1,34 @@
+#include <QCoreApplication>
+#include <cstdio>
+#include <strings.h>
+
+#include "SGdsApp.h"
+#include "SGdsDebug.h"
+
+namespace {
+const char* const kVersion = "17.52.1";
+}
+
+int main(int argc, char** argv)
+{
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setOrganizationName("Velora");
+    QCoreApplication::setApplicationName("gds");
+    QCoreApplication::setApplicationVersion(kVersion);
+
+    if (argc > 1 && (strcasecmp(argv[1], "-ver") == 0 || strcasecmp(argv[1], "-version") == 0)) {
+        printf("Version: %s\n", kVersion);
+        return 0;
+    }
+
+    bool ok;
+    {
+        SGdsApp app;
+        ok = app.Run(argc, argv);
+        if (!ok && app.IsConverting())
+            GdsError("Conversion failed\n");
+        else if (ok && GdsDebug().GetLevel() > 3)
+            GdsDebug().Print("program ended\n");
+    }
+    return ok ? 0 : 1;
+}

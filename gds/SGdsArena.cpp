@@ -1,0 +1,46 @@
+#include "SGdsArena.h"
+
+#include <cstdint>
+#include <new>
+#include <sys/mman.h>
+
+namespace {
+
+const size_t kChunkSize = size_t(8) << 20;
+const size_t kHugePage = size_t(2) << 20;
+
+unsigned char* MapChunk(size_t capacity)
+{
+    void* block = mmap(nullptr, capacity + kHugePage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (block == MAP_FAILED)
+        throw std::bad_alloc();
+    uintptr_t start = reinterpret_cast<uintptr_t>(block);
+    uintptr_t aligned = (start + kHugePage - 1) & ~uintptr_t(kHugePage - 1);
+    if (aligned > start)
+        munmap(block, aligned - start);
+    uintptr_t end = start + capacity + kHugePage;
+    if (end > aligned + capacity)
+        munmap(reinterpret_cast<void*>(aligned + capacity), end - (aligned + capacity));
+    madvise(reinterpret_cast<void*>(aligned), capacity, MADV_HUGEPAGE);
+    return reinterpret_cast<unsigned char*>(aligned);
+}
+
+} // namespace
+
+void* SGdsArena::Reserve(size_t bytes)
+{
+    bytes = (bytes + 7) & ~size_t(7);
+    if (itsChunks.empty() || itsChunks.back().capacity - itsChunks.back().used < bytes) {
+        size_t capacity = bytes > kChunkSize ? (bytes + kHugePage - 1) & ~(kHugePage - 1) : kChunkSize;
+        itsChunks.push_back(Chunk{MapChunk(capacity), 0, capacity});
+    }
+    Chunk& chunk = itsChunks.back();
+    return chunk.data + chunk.used;
+}
+
+void SGdsArena::Release()
+{
+    for (Chunk& chunk : itsChunks)
+        munmap(chunk.data, chunk.capacity);
+    itsChunks.clear();
+}

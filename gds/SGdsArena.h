@@ -1,0 +1,43 @@
+#ifndef SGDSARENA_H
+#define SGDSARENA_H
+
+#include <cstddef>
+#include <vector>
+
+// Memory handed out in order from large chunks and released all at once.
+// Chunks are aligned to huge pages and marked for them, because every first
+// touch of a small page costs a fault: a million-element stream would take
+// tens of thousands of them.
+class SGdsArena
+{
+public:
+    SGdsArena() = default;
+    ~SGdsArena() { Release(); }
+    SGdsArena(const SGdsArena&) = delete;
+    SGdsArena& operator=(const SGdsArena&) = delete;
+
+    // Room for bytes (8-aligned) at the end, not yet taken.
+    void* Reserve(size_t bytes);
+    // Takes the reserved room.
+    void Take(size_t bytes) { itsChunks.back().used += (bytes + 7) & ~size_t(7); }
+    void* Allocate(size_t bytes)
+    {
+        void* memory = Reserve(bytes);
+        Take(bytes);
+        return memory;
+    }
+    void Release();
+
+    struct Chunk
+    {
+        unsigned char* data;
+        size_t used;
+        size_t capacity;
+    };
+    const std::vector<Chunk>& GetChunks() const { return itsChunks; }
+
+private:
+    std::vector<Chunk> itsChunks;
+};
+
+#endif

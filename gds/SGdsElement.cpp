@@ -1,0 +1,49 @@
+#include "SGdsElement.h"
+
+#include "SGdsDebug.h"
+#include "SGdsRecord.h"
+#include "SGdsStructure.h"
+#include "SGdsStructureList.h"
+
+const char* SGdsElement::GetRecordName() const
+{
+    return itsRecord ? itsRecord->GetName() : "UNKNOWN";
+}
+
+int64_t SGdsElement::GetRecordNumber() const
+{
+    return itsRecord ? itsRecord->GetRecordNumber() : -1;
+}
+
+bool SGdsElement::CollectElements(SOrdered& elements, SGdsStructureList&)
+{
+    elements.append(this);
+    return true;
+}
+
+int64_t SGdsElement::GetSize(SGdsStructureList&)
+{
+    return 1;
+}
+
+bool SGdsElementSref::CollectElements(SOrdered& elements, SGdsStructureList& list)
+{
+    if (itsCollecting) {
+        GdsError("GDSII file contains a circular reference for structure = %s\n", itsStructureName.data());
+        return false;
+    }
+    itsCollecting = true;
+    bool ok = list.CollectElements(elements, itsStructureName);
+    itsCollecting = false;
+    return ok;
+}
+
+int64_t SGdsElementSref::GetSize(SGdsStructureList& list)
+{
+    return list.GetSize(itsStructureName);
+}
+
+int64_t SGdsElementAref::GetSize(SGdsStructureList& list)
+{
+    return list.GetSize(itsStructureName) * itsColumns * itsRows;
+}

@@ -1,0 +1,141 @@
+#include "SGdsFile.h"
+
+#include <cstdio>
+
+#include "SGdsDebug.h"
+#include "SGdsInput.h"
+#include "SGdsRec.h"
+#include "SGdsStructureList.h"
+
+SGdsFile::SGdsFile(const SString& fileName)
+    : itsFileName(fileName)
+{
+}
+
+SGdsFile::~SGdsFile()
+{
+    if (GetGdsOutputDevice() == itsOutput)
+        SetGdsOutputDevice(nullptr);
+    delete itsOutput;
+    delete itsInput;
+}
+
+bool SGdsFile::CheckHeader()
+{
+    SGdsInput input;
+    if (!input.Open(itsFileName.data())) {
+        GdsError("Can not read GDSII file %s\n", itsFileName.data());
+        return false;
+    }
+    unsigned char bytes[4];
+    size_t got = input.Read(bytes, 4);
+    if (got == 0) {
+        GdsError("Gds file %s is empty\n", itsFileName.data());
+        return false;
+    }
+    if (got < 4) {
+        GdsError("File %s is not in GDSII format\n", itsFileName.data());
+        return false;
+    }
+    static const unsigned char kHeader[4] = {0x00, 0x06, 0x00, 0x02};
+    if (bytes[0] != kHeader[0] || bytes[1] != kHeader[1] || bytes[2] != kHeader[2] || bytes[3] != kHeader[3]) {
+        GdsError("File %s is not in GDSII format\n", itsFileName.data());
+        GdsError("All GDS files must begin with a HEADER record.\n");
+        GdsError("A HEADER record begins with:   \"%02X%02X %02X%02X\".\n", kHeader[0], kHeader[1], kHeader[2],
+                 kHeader[3]);
+        GdsError("The gds file read begins with: \"%02X%02X %02X%02X\".\n", bytes[0], bytes[1], bytes[2], bytes[3]);
+        return false;
+    }
+    return true;
+}
+
+bool SGdsFile::Read()
+{
+    if (!itsOutputName.isEmpty()) {
+        itsOutput = new SGdsOutput;
+        if (!itsOutput->Open(itsOutputName.data())) {
+            GdsError("Can not write to GDSII file %s\n", itsOutputName.data());
+            delete itsOutput;
+            itsOutput = nullptr;
+            return false;
+        }
+        SetGdsOutputDevice(itsOutput);
+    }
+    itsInput = new SGdsInput;
+    bool ok = itsInput->Open(itsFileName.data());
+    if (!ok) {
+        GdsError("Can not read GDSII file %s\n", itsFileName.data());
+    } else {
+        ResetTextReader();
+        SGdsRecStrname::ResetNoNameCount();
+        if (VerboseOutput)
+            printf("Reading gds file - %s\n", itsFileName.data());
+        for (;;) {
+            SGdsRecord* record = nullptr;
+            if (!ReadRecord(record)) {
+                ok = false;
+                break;
+            }
+            if (record->GetRecordType() == kGdsEndlib)
+                break;
+        }
+        if (ok && VerboseOutput)
+            printf("Read %ld records\n", long(itsRecordCount));
+        fflush(stdout);
+    }
+    if (itsOutput) {
+        SetGdsOutputDevice(nullptr);
+        if (!itsOutput->Close()) {
+            GdsError("Can not write to GDSII file %s\n", itsOutputName.data());
+            ok = false;
+        }
+        delete itsOutput;
+        itsOutput = nullptr;
+    }
+    delete itsInput;
+    itsInput = nullptr;
+    return ok;
+}
+
+SGdsRecord* SGdsFile::CreateRecord(const SGdsRecord& header)
+{
+    size_t size = header.StorageSize();
+    return CreateGdsRecord(itsRecords.Reserve(size), header);
+}
+
+bool SGdsFile::ReadRecord(SGdsRecord*& result)
+{
+    ++itsRecordCount;
+    if (itsInput->AtEnd())
+        return false;
+    SGdsRecord header(itsRecordCount, itsPosition);
+    if (!header.ReadHeader(*itsInput))
+        return false;
+    SGdsRecord* record = CreateRecord(header);
+    if (!record->CheckHeader())
+        return false;
+    if (!record->ReadData(*itsInput))
+        return false;
+    itsRecords.Commit(record);
+    record->CheckValue();
+    record->Print();
+    itsPosition += record->GetLength();
+    result = record;
+    return true;
+}
+
+bool SGdsFile::BuildStructures(SGdsStructureList& list)
+{
+    SGdsDebug& debug = GdsDebug();
+    bool trace = debug.GetLevel() > 3;
+    if (trace)
+        debug.Print("\nCREATING STRUCTURES AND ELEMENTS\n");
+    SGdsRecordList::Iterator it(itsRecords);
+    while (SGdsRecord* record = it.next()) {
+        if (trace)
+            debug.Print("Processing record=%ld, %s\n", long(record->GetRecordNumber()), record->GetName());
+        if (!record->Process(list))
+            return false;
+    }
+    return true;
+}

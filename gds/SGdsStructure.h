@@ -1,0 +1,39 @@
+#ifndef SGDSSTRUCTURE_H
+#define SGDSSTRUCTURE_H
+
+#include <cstdint>
+
+#include "SCollectableString.h"
+#include "SOrdered.h"
+
+class SGdsElement;
+class SGdsStructureList;
+
+// A named structure with its elements in file order.
+class SGdsStructure : public SCollectableString
+{
+public:
+    SGdsStructure();
+    ~SGdsStructure() override;
+
+    // False when an element is still open; the caller reports that.
+    bool AddElement(SGdsElement* element);
+    void CloseElement() { itsOpenElement = nullptr; }
+    SGdsElement* GetOpenElement() const { return itsOpenElement; }
+    const SOrdered& GetElements() const { return itsElements; }
+
+    // Leaf elements an expansion visits; 0 for a structure met again while
+    // its own size is being worked out (a reference cycle).
+    int64_t GetSize(SGdsStructureList& list);
+    virtual bool CollectElements(SOrdered& elements, SGdsStructureList& list);
+
+    SOrdered itsElements;
+    SGdsElement* itsOpenElement = nullptr;
+    bool itsExpanding = false;
+    int64_t itsSize = 0;
+    bool itsSizeKnown = false;
+    bool itsSizing = false;
+    int64_t itsBgnstrRecord = -1;
+};
+
+#endif

@@ -1,0 +1,152 @@
+#include "SGdsStructureList.h"
+
+#include <cstdio>
+
+#include "SGdsDebug.h"
+#include "SGdsElement.h"
+#include "SGdsRecord.h"
+#include "SGdsStructure.h"
+
+SGdsStructureList::SGdsStructureList()
+    : itsLibraryName("NotDefined")
+{
+}
+
+SGdsStructureList::~SGdsStructureList()
+{
+    itsStructures.clearAndDestroy();
+    for (SGdsStructure* structure : itsUnnamed)
+        delete structure;
+}
+
+SGdsStructure* SGdsStructureList::OpenStructure(int64_t bgnstrRecord)
+{
+    SGdsStructure* structure = new SGdsStructure;
+    structure->itsBgnstrRecord = bgnstrRecord;
+    // Owned here until a STRNAME enters it in the table.
+    itsUnnamed.push_back(structure);
+    itsOpenStructure = structure;
+    return structure;
+}
+
+SGdsElement* SGdsStructureList::GetOpenElement() const
+{
+    return itsOpenStructure ? itsOpenStructure->GetOpenElement() : nullptr;
+}
+
+void SGdsStructureList::SetStructureName(const SString& name)
+{
+    SGdsStructure* structure = itsOpenStructure;
+    if (!structure)
+        return;
+    static_cast<SString&>(*structure) = name;
+    for (auto it = itsUnnamed.begin(); it != itsUnnamed.end(); ++it) {
+        if (*it == structure) {
+            itsUnnamed.erase(it);
+            itsStructures.append(structure);
+            break;
+        }
+    }
+    if (!itsByName.contains(name.qstring()))
+        itsByName.insert(name.qstring(), structure);
+}
+
+SGdsStructure* SGdsStructureList::RequireOpenStructure(const SGdsRecord& record)
+{
+    if (!itsOpenStructure)
+        GdsError("GDS File format error (record = %ld): Found %s without a matching BGNSTR.\n",
+                 long(record.GetRecordNumber()), record.GetName());
+    return itsOpenStructure;
+}
+
+bool SGdsStructureList::AddElement(SGdsElement* element, const SGdsRecord& record)
+{
+    SGdsStructure* structure = RequireOpenStructure(record);
+    if (structure && structure->AddElement(element))
+        return true;
+    if (structure)
+        GdsError("GDS File format error (record = %ld): Found %s record expecting a ENDEL.\n",
+                 long(record.GetRecordNumber()), record.GetName());
+    DestroyElement(element);
+    return false;
+}
+
+void SGdsStructureList::DestroyElement(SGdsElement* element)
+{
+    // The memory goes with the arena.
+    element->~SGdsElement();
+}
+
+SGdsStructure* SGdsStructureList::FindStructure(const SString& name) const
+{
+    return itsByName.value(name.qstring(), nullptr);
+}
+
+int64_t SGdsStructureList::GetSize(const SString& name)
+{
+    SGdsStructure* structure = FindStructure(name);
+    return structure ? structure->GetSize(*this) : 0;
+}
+
+SString SGdsStructureList::GetDefaultStructure(int mode)
+{
+    if (itsStructures.isEmpty())
+        return SString();
+    if (mode == kDefaultStructureFirst)
+        return *static_cast<SGdsStructure*>(itsStructures.first());
+    if (mode == kDefaultStructureLast)
+        return *static_cast<SGdsStructure*>(itsStructures.last());
+    SGdsDebug& debug = GdsDebug();
+    SGdsStructure* best = nullptr;
+    int64_t maximum = 0;
+    size_t count = itsStructures.entries();
+    for (size_t i = 0; i < count; ++i) {
+        SGdsStructure* structure = static_cast<SGdsStructure*>(itsStructures.at(i));
+        int64_t size = structure->GetSize(*this);
+        if (debug.GetLevel() > 3)
+            debug.Print("Structure %s size is %lld\n", structure->data(), (long long)size);
+        if (size > maximum) {
+            maximum = size;
+            best = structure;
+        }
+    }
+    if (!best)
+        return SString();
+    if (debug.GetLevel() > 3)
+        debug.Print("Best Structure %s size is %lld\n", best->data(), (long long)maximum);
+    return *best;
+}
+
+bool SGdsStructureList::CollectElements(SOrdered& elements, const SString& name)
+{
+    SGdsStructure* structure = FindStructure(name);
+    if (!structure) {
+        GdsError("Structure %s is referenced, but not defined in the GDSII file\n", name.data());
+        return true;
+    }
+    return structure->CollectElements(elements, *this);
+}
+
+bool SGdsStructureList::ListStructures(const SString& fileName, int mode)
+{
+    size_t count = itsStructures.entries();
+    if (fileName.isEmpty()) {
+        for (size_t i = 0; i < count; ++i)
+            printf("%s\n", static_cast<SGdsStructure*>(itsStructures.at(i))->data());
+        fflush(stdout);
+        return true;
+    }
+    SString primary = GetDefaultStructure(mode);
+    FILE* file = fopen(fileName.data(), "w");
+    if (!file) {
+        GdsError("Can not write to file %s\n", fileName.data());
+        return false;
+    }
+    fprintf(file, "%s\n\n", primary.data());
+    for (size_t i = 0; i < count; ++i)
+        fprintf(file, "%s\n", static_cast<SGdsStructure*>(itsStructures.at(i))->data());
+    bool ok = fclose(file) == 0;
+    if (!ok)
+        GdsError("Can not write to file %s\n", fileName.data());
+    return ok;
+}
