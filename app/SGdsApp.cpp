@@ -7,6 +7,7 @@
 #include "SGdsFile.h"
 #include "SGdsRecord.h"
 #include "SGdsStructureList.h"
+#include "SErrorMessages.h"
 
 namespace {
 SGdsApp* theApp = nullptr;
@@ -32,7 +33,9 @@ SGdsApp* SGdsApp::Instance()
 
 bool SGdsApp::LoadStringFiles()
 {
-    return SApplicationManager::LoadStringFiles();
+    SApplicationManager::LoadStringFiles();
+    SErrorMessages::LoadStringFile("strings_gds.h");
+    return true;
 }
 
 SString SGdsApp::ReplaceExtension(const SString& name, const char* extension)

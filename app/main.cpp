@@ -4,6 +4,7 @@
 
 #include "SGdsApp.h"
 #include "SGdsDebug.h"
+#include "SVeloraDirectoryInstance.h"
 
 namespace {
 const char* const kVersion = "17.52.1";
@@ -15,6 +16,7 @@ int main(int argc, char** argv)
     QCoreApplication::setOrganizationName("Velora");
     QCoreApplication::setApplicationName("gds");
     QCoreApplication::setApplicationVersion(kVersion);
+    SVeloraDirectoryInstance::CreateGlobal(argv[0]);
 
     if (argc > 1 && (strcasecmp(argv[1], "-ver") == 0 || strcasecmp(argv[1], "-version") == 0)) {
         printf("Version: %s\n", kVersion);

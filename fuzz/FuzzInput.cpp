@@ -6,12 +6,14 @@
 
 #include "SGdsDebug.h"
 #include "SGdsRecord.h"
+#include "SVeloraError.h"
 
 namespace {
 int theFd = -1;
 
-// Malformed text ends the program; under the fuzzer it ends the input only.
-void TextFailure()
+// Malformed text and broken structure end the program; under the fuzzer
+// they end the input only.
+void Failure()
 {
     throw 1;
 }
@@ -26,7 +28,8 @@ void FuzzSetup()
     // Messages are part of the behaviour but not of interest here.
     if (!freopen("/dev/null", "w", stdout))
         return;
-    SetTextFailureHandler(TextFailure);
+    SetTextFailureHandler(Failure);
+    VeloraSetErrorHook(Failure);
     theFd = memfd_create("fuzz", 0);
 }
 

@@ -6,11 +6,19 @@
 
 namespace {
 
-const size_t kChunkSize = size_t(8) << 20;
+// Small streams stay small: chunks start at 256 KiB and double up to 8 MiB.
+const size_t kFirstChunk = size_t(256) << 10;
+const size_t kLargestChunk = size_t(8) << 20;
 const size_t kHugePage = size_t(2) << 20;
 
 unsigned char* MapChunk(size_t capacity)
 {
+    if (capacity < kHugePage) {
+        void* block = mmap(nullptr, capacity, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        if (block == MAP_FAILED)
+            throw std::bad_alloc();
+        return static_cast<unsigned char*>(block);
+    }
     void* block = mmap(nullptr, capacity + kHugePage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (block == MAP_FAILED)
         throw std::bad_alloc();
@@ -31,7 +39,11 @@ void* SGdsArena::Reserve(size_t bytes)
 {
     bytes = (bytes + 7) & ~size_t(7);
     if (itsChunks.empty() || itsChunks.back().capacity - itsChunks.back().used < bytes) {
-        size_t capacity = bytes > kChunkSize ? (bytes + kHugePage - 1) & ~(kHugePage - 1) : kChunkSize;
+        size_t capacity = itsChunks.empty() ? kFirstChunk : itsChunks.back().capacity * 2;
+        if (capacity > kLargestChunk)
+            capacity = kLargestChunk;
+        while (capacity < bytes)
+            capacity *= 2;
         itsChunks.push_back(Chunk{MapChunk(capacity), 0, capacity});
     }
     Chunk& chunk = itsChunks.back();

@@ -106,7 +106,8 @@ SGdsRecord* SGdsFile::CreateRecord(const SGdsRecord& header)
 bool SGdsFile::ReadRecord(SGdsRecord*& result)
 {
     ++itsRecordCount;
-    if (itsInput->AtEnd())
+    // Under -A the text reader may hold the rest of the last line.
+    if (itsInput->AtEnd() && !(AsciiInput && TextInputPending()))
         return false;
     SGdsRecord header(itsRecordCount, itsPosition);
     if (!header.ReadHeader(*itsInput))

@@ -10,6 +10,8 @@
 #include "SGdsInput.h"
 #include "SGdsStructure.h"
 #include "SGdsStructureList.h"
+#include "SInitializationFile.h"
+#include "SVeloraError.h"
 
 namespace {
 
@@ -20,15 +22,6 @@ long Number(const SGdsRecord& record) { return long(record.GetRecordNumber()); }
 
 int theNoNameCount = 0;
 
-// GLUE: until the settings and fatal-error facilities land in util.
-[[noreturn]] void SGdsFatal(const char* id, const char* format, const char* a, const char* b)
-{
-    GdsError("%s: ", id);
-    GdsError(format, a, b);
-    GdsError("\n");
-    exit(1);
-}
-SString SGdsSetting(const char*, const char*, const char* fallback) { return SString(fallback); }
 
 // The reference element open in the list, if any.
 SGdsElementSref* OpenReference(SGdsStructureList& list)
@@ -492,7 +485,7 @@ double SGdsRecXy::GetX(int index) const
 {
     if (index < 0 || index >= GetPointCount()) {
         GdsError("INTERNAL ERROR: SGdsRecXy::GetX, index = %d\n", index);
-        exit(1);
+        VeloraExit(1);
     }
     return GetScale() * double(GetInt(2 * index));
 }
@@ -501,7 +494,7 @@ double SGdsRecXy::GetY(int index) const
 {
     if (index < 0 || index >= GetPointCount()) {
         GdsError("INTERNAL ERROR: SGdsRecXy::GetY, index = %d\n", index);
-        exit(1);
+        VeloraExit(1);
     }
     return GetScale() * double(GetInt(2 * index + 1));
 }
@@ -698,7 +691,7 @@ bool SGdsRecColrow::Process(SGdsStructureList& list)
     if (!element)
         return true;
     if (!element->IsReference() || element->GetName()[0] != 'A')
-        SGdsFatal("VL1001", "Can't Cast %s into %s", element->GetName(), "gdsreccolrow");
+        SFATAL("VL1001", "Can't Cast %s into %s", element->GetName(), "gdsreccolrow");
     SGdsElementAref* array = static_cast<SGdsElementAref*>(element);
     array->itsColumns = GetColumns();
     array->itsRows = GetRows();
@@ -710,8 +703,11 @@ bool SGdsRecColrow::Process(SGdsStructureList& list)
 int SGdsRecPathtype::DefaultPathType()
 {
     static int type = 0;
-    if (type == 0)
-        type = SGdsSetting("Gds", "DefaultPathType", "2") == "0" ? 1 : 3;
+    if (type == 0) {
+        SInitializationFile* settings = SInitializationFile::GetGlobal();
+        SString value = settings ? settings->GetValue("Gds", "DefaultPathType", "2") : SString("2");
+        type = value == "0" ? 1 : 3;
+    }
     return type;
 }
 

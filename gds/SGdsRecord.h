@@ -26,6 +26,8 @@ void SetGdsOutputDevice(SGdsOutput* device);
 // Malformed text ends the process with status 1.
 int ReadText(unsigned char* buffer, int count, SGdsInput& input);
 void ResetTextReader();
+// The open line of the text form still holds items.
+bool TextInputPending();
 // Replaces the exit on malformed text, for harnesses that must survive it.
 void SetTextFailureHandler(void (*handler)());
 

@@ -2,6 +2,7 @@
 // typed numbers on lines that begin with a digit; all other lines are
 // comments, which is what lets a -S dump be read again.
 
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 
@@ -77,9 +78,15 @@ char Take()
 
 void StoreInteger(unsigned char* out, int width, double value, double scale)
 {
-    long long t = (long long)(value / scale + 0.5);
-    if (t < 0)
-        --t;
+    // Rounds half up, and below zero one further down: -1 stays -1 and
+    // -100 stays -100. Values beyond any width (or a zero scale) store 0.
+    double x = value / scale + 0.5;
+    long long t = 0;
+    if (std::isfinite(x) && std::fabs(x) < 9.0e18) {
+        t = (long long)x;
+        if (x < 0)
+            --t;
+    }
     unsigned long long bits = (unsigned long long)t;
     for (int i = width - 1; i >= 0; --i) {
         out[i] = static_cast<unsigned char>(bits & 0xff);
@@ -95,6 +102,17 @@ void ResetTextReader()
     itsTextLineOpen = false;
     itsTextLineCount = 0;
     itsTextLine[0] = '\0';
+}
+
+bool TextInputPending()
+{
+    if (!itsTextLineOpen)
+        return false;
+    for (int i = itsTextCursor; itsTextLine[i] != '\0' && itsTextLine[i] != '\n'; ++i) {
+        if (!IsBlank(itsTextLine[i]))
+            return true;
+    }
+    return false;
 }
 
 void SetTextFailureHandler(void (*handler)())

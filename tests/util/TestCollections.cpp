@@ -1,3 +1,4 @@
+#include "TestPrint.h"
 #include "SBinaryTreeNoDuplicates.h"
 #include "SCollectableAssociation.h"
 #include "SCollectableDouble.h"

@@ -1,3 +1,4 @@
+#include "TestPrint.h"
 #include "SCommentedFile.h"
 #include "SFile.h"
 #include "SFileName.h"

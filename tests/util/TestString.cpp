@@ -1,3 +1,4 @@
+#include "TestPrint.h"
 #include "SNumberTest.h"
 #include "SRegexp.h"
 #include "SString.h"

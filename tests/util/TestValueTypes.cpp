@@ -1,3 +1,4 @@
+#include "TestPrint.h"
 #include "SMargin.h"
 #include "SPoint.h"
 #include "SRect.h"

@@ -5,7 +5,10 @@
 #include "SCommentedFile.h"
 #include "SFileName.h"
 #include "SNumberTest.h"
+#include "SInitializationFile.h"
 #include "SRegexp.h"
+#include "SVarRWCString.h"
+#include "SVeloraError.h"
 #include "SVeloraTrace.h"
 
 #include <QDir>
@@ -176,4 +179,20 @@ bool SErrorMessages::LoadFile(const SString& path, int depth) {
     }
   }
   return true;
+}
+
+bool SErrorMessages::LoadStringFile(const char* name) {
+  if (!name || !*name) VeloraFatalError("VL1012", __FILE__, __LINE__, "%s", " Filename is Null");
+  SString directory("$VELORA_RESOURCE_DIR/");
+  if (SInitializationFile* settings = SInitializationFile::GetGlobal())
+    directory = settings->GetValue("Velora", "ErrorStringDir", directory);
+  if (!directory.isEmpty() && !directory.endsWith("/")) directory += "/";
+  SString path = directory;
+  path += name;
+  return Instance()->LoadFile(SVarRWCString(path).Expand());
+}
+
+void SErrorMessages::LoadStringFiles() {
+  LoadStringFile("strings_util.h");
+  LoadStringFile("strings_filelib.h");
 }

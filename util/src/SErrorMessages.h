@@ -32,6 +32,13 @@ public:
   int Evaluate(const SString& expression) const;
   void ClearAll();
 
+  // Reads a message file of the resource directory into the process's instance: the
+  // directory is "$VELORA_RESOURCE_DIR", or the key ErrorStringDir of section "Velora" of
+  // the global settings. An empty name is the fatal error "VL1012".
+  static bool LoadStringFile(const char* name);
+  // "strings_util.h" and "strings_filelib.h"; the program adds its own file.
+  static void LoadStringFiles();
+
   // The process's instance, made on first use.
   static SErrorMessages* Instance();
   static void DestroyInstance();
