@@ -277,7 +277,7 @@ void SGdsRecStrname::ResetNoNameCount()
 
 bool SGdsRecStrname::ReadData(SGdsInput& file)
 {
-    if (!SGdsTypeAsciiString::ReadData(file))
+    if (!ReadRaw(file))
         return false;
     // The number of an unnamed structure sits behind the text, in the room
     // the record list keeps for it.
@@ -757,14 +757,6 @@ const char* SGdsRecSkip::GetDescription() const
     case 21: return "Beginning of a Node";
     default: return "";
     }
-}
-
-bool SGdsRecSkip::ReadData(SGdsInput& file)
-{
-    if (!ReadBytes(file, Data(), GetDataLength()))
-        return false;
-    DumpEnd();
-    return true;
 }
 
 void SGdsRecSkip::Print()

@@ -274,7 +274,7 @@ public:
 class SGdsRecSkip : public SGdsRecord
 {
 public:
-    bool ReadData(SGdsInput& file) override;
+    bool ReadData(SGdsInput& file) override { return ReadRaw(file); }
     int GetDataTypeNu() const override { return GetDataType(); }
     int GetExpectedLength() const override { return -1; }
     void Print() override;

@@ -225,20 +225,10 @@ bool SGdsRecord::Process(SGdsStructureList&)
     return true;
 }
 
-bool SGdsTypeNoData::ReadData(SGdsInput& file)
+bool SGdsRecord::ReadRaw(SGdsInput& file)
 {
-    // A record of this kind has no data; a longer one was refused by its
-    // length check already.
     int count = GetDataLength();
     if (count > 0 && !ReadBytes(file, Data(), count))
-        return false;
-    DumpEnd();
-    return true;
-}
-
-bool SGdsTypeBitArray::ReadData(SGdsInput& file)
-{
-    if (!ReadBytes(file, Data(), GetDataLength()))
         return false;
     DumpEnd();
     return true;
@@ -249,14 +239,6 @@ bool SGdsTypeBitArray::GetBit(int index) const
     if (index < 0 || index / 8 >= GetDataLength())
         return false;
     return (Data()[index / 8] >> (7 - index % 8)) & 1;
-}
-
-bool SGdsTypeByteInt::ReadData(SGdsInput& file)
-{
-    if (!ReadBytes(file, Data(), GetDataLength()))
-        return false;
-    DumpEnd();
-    return true;
 }
 
 int64_t SGdsTypeByteInt::GetValue(int index) const
@@ -315,14 +297,6 @@ void SGdsGenDatatype::PrintTag()
         GdsDebug().Print("<%s=%d> ", GetName(), GetValue());
 }
 
-bool SGdsTypeEightByteReal::ReadData(SGdsInput& file)
-{
-    if (!ReadBytes(file, Data(), GetDataLength()))
-        return false;
-    DumpEnd();
-    return true;
-}
-
 double SGdsTypeEightByteReal::GetValue(int index) const
 {
     if (index < 0 || index >= GetCount())
@@ -375,14 +349,6 @@ void SGdsTypeEightByteReal::Encode(double value, unsigned char* bytes)
     }
     for (int i = 0; i < 7; ++i)
         bytes[i + 1] = static_cast<unsigned char>((digits[2 * i] << 4) | digits[2 * i + 1]);
-}
-
-bool SGdsTypeAsciiString::ReadData(SGdsInput& file)
-{
-    if (!ReadBytes(file, Data(), GetDataLength()))
-        return false;
-    DumpEnd();
-    return true;
 }
 
 SString SGdsTypeAsciiString::GetText() const

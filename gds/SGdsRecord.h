@@ -84,6 +84,9 @@ public:
     static void SetScale(double scale);
 
 protected:
+    // The data bytes into the room behind the header, then the end of the dump line.
+    bool ReadRaw(SGdsInput& file);
+
     // record number << 16 | record type << 8 | data type; 0xff marks "none".
     uint64_t itsNumberAndTypes = (uint64_t(0xffff));
     // position << 16 | length.
@@ -93,7 +96,7 @@ protected:
 class SGdsTypeNoData : public SGdsRecord
 {
 public:
-    bool ReadData(SGdsInput& file) override;
+    bool ReadData(SGdsInput& file) override { return ReadRaw(file); }
     int GetDataTypeNu() const override { return kGdsNoData; }
     int GetExpectedLength() const override { return 4; }
 };
@@ -101,7 +104,7 @@ public:
 class SGdsTypeBitArray : public SGdsRecord
 {
 public:
-    bool ReadData(SGdsInput& file) override;
+    bool ReadData(SGdsInput& file) override { return ReadRaw(file); }
     int GetDataTypeNu() const override { return kGdsBitArray; }
     bool GetBit(int index) const;
     static const char* BitText(bool value) { return value ? "set" : "not set"; }
@@ -111,7 +114,7 @@ public:
 class SGdsTypeByteInt : public SGdsRecord
 {
 public:
-    bool ReadData(SGdsInput& file) override;
+    bool ReadData(SGdsInput& file) override { return ReadRaw(file); }
     virtual int GetWidth() const = 0;
     int GetCount() const { return GetDataLength() / GetWidth(); }
     int64_t GetValue(int index) const;
@@ -153,7 +156,7 @@ public:
 class SGdsTypeEightByteReal : public SGdsRecord
 {
 public:
-    bool ReadData(SGdsInput& file) override;
+    bool ReadData(SGdsInput& file) override { return ReadRaw(file); }
     int GetDataTypeNu() const override { return kGdsEightByteReal; }
     int GetCount() const { return GetDataLength() / 8; }
     double GetValue(int index) const;
@@ -166,7 +169,7 @@ public:
 class SGdsTypeAsciiString : public SGdsRecord
 {
 public:
-    bool ReadData(SGdsInput& file) override;
+    bool ReadData(SGdsInput& file) override { return ReadRaw(file); }
     int GetDataTypeNu() const override { return kGdsAsciiString; }
     int GetExpectedLength() const override { return -1; }
     // Text up to the first zero byte.
