@@ -275,3 +275,44 @@ TEST(StructureList, UnwritableFileFailsTheRun)
     gds.Write("ab.gds", AB());
     EXPECT_RUN(gds.Run({"-z", "missing/list.txt", "ab.gds"}), 1, "Can not write to file missing/list.txt\n");
 }
+
+TEST(Structures, DeepHierarchyDoesNotExhaustTheStack)
+{
+    // Each structure places the next; only the last one holds a shape.
+    const int depth = 200000;
+    StreamWriter s;
+    s.Begin();
+    for (int i = 0; i < depth - 1; ++i)
+        s.Bgnstr("S" + std::to_string(i)).Sref("S" + std::to_string(i + 1), 0, 0).Endstr();
+    s.Cell("S" + std::to_string(depth - 1)).Endlib();
+    GdsRun gds;
+    gds.Write("deep.gds", s);
+    RunResult run = gds.Run({"-v", "-d", "deep.gds"}, "out.txt");
+    EXPECT_TRUE(run.finished) << "the program crashed";
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.err, "");
+    // All have size 1, so the first wins.
+    EXPECT_NE(gds.Read("out.txt").find("Primary structure \"S0\"\nS0\nS1\n"), std::string::npos);
+}
+
+TEST(Structures, HugeArraysNeverCountBelowZero)
+{
+    // Four levels of 32767 by 32767 arrays place more shapes than 64 bits count.
+    StreamWriter s;
+    s.Begin().Cell("L");
+    std::string previous = "L";
+    for (int i = 0; i < 4; ++i) {
+        std::string name = "A" + std::to_string(i);
+        s.Bgnstr(name).Aref(previous, 32767, 32767, {{0, 0}, {1, 0}, {0, 1}}).Endstr();
+        previous = name;
+    }
+    GdsRun gds;
+    gds.Write("huge.gds", s.Endlib());
+    RunResult run = gds.Run({"-D", "4", "-d", "huge.gds"});
+    EXPECT_TRUE(run.finished);
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.err, "");
+    std::string sizes = SizeLines(run.out);
+    EXPECT_NE(sizes.find("Structure A0 size is 1073676289\n"), std::string::npos) << sizes;
+    EXPECT_EQ(sizes.find(" size is -"), std::string::npos) << sizes;
+}
