@@ -10,6 +10,7 @@
 #include <string>
 
 #include "GdsRun.h"
+#include "StreamWriter.h"
 
 using namespace gdstest;
 
@@ -91,6 +92,32 @@ TEST_F(PrintForms, BoxOptionsShowInTheForms)
     ASSERT_NE(at, std::string::npos);
     skipped.insert(at + box.size(), "Record skipped\n");
     EXPECT_RUN(gds.Run({"-x", "box", "-D", "2", "-d", "forms.gds"}), 0, skipped);
+}
+
+TEST_F(PrintForms, TextInputDumpsAsItsBinaryStream)
+{
+    EXPECT_RUN(gds.Run({"-A", "-G", "again.gds", "-S", GDS_SOURCE_DIR "/tests/gds/data/forms.txt"}), 0,
+               Expected("forms.S.txt"));
+    EXPECT_EQ(gds.Read("again.gds"), gds.Read("forms.gds"));
+}
+
+TEST(ShortForm, OddByteOfAnXyIsDumpedButMakesNoPoint)
+{
+    GdsRun gds;
+    StreamWriter s;
+    s.Header().Bgnstr("S").NoData(BOUNDARY).Record(XY, INT4, {0x12}).Xy({{7, -8}}).Endel().Endstr().Endlib();
+    gds.Write("odd.gds", s);
+    EXPECT_RUN(gds.Run({"-S", "odd.gds"}), 0,
+               "00000000  0006 0002 0258 \nHEADER\n\n"
+               "00000006  001C 0502 07EA 0001 0002 0003 0004 0005 \n"
+               "00000016  07EA 0001 0002 0003 0004 0005 \nBGNSTR\n\n"
+               "00000022  0006 0606 5300 \nSTRNAME - S\n\n"
+               "00000028  0004 0800 \nBOUNDARY\n\n"
+               "0000002C  0005 1003 12\n\n"
+               "00000031  000C 1003 0000 0007 FFFF FFF8 \nXY     ( 7, -8 )\n\n"
+               "0000003D  0004 1100 \nENDEL\n\n"
+               "00000041  0004 0700 \nENDSTR\n\n"
+               "00000045  0004 0400 \nENDLIB\n\n");
 }
 
 TEST_F(PrintForms, TraceFileTakesTheDebugLinesOnly)

@@ -7,6 +7,8 @@
 #include <QDir>
 #include <QFile>
 
+#include <random>
+
 #include <unistd.h>
 
 #include "GdsRun.h"
@@ -33,6 +35,7 @@ protected:
     // "Conversion failed" and nothing else.
     void ExpectFailure(const StreamWriter& stream, const std::string& message)
     {
+        SCOPED_TRACE(message);
         gds.Write("in.gds", stream);
         EXPECT_RUN(gds.Run({"-d", "in.gds"}), 1, message);
         EXPECT_RUN(gds.Run({"in.gds"}), 1, message + "Conversion failed\n");
@@ -383,4 +386,34 @@ TEST(Records, NamesReadAsLatin1AndPrintAsUtf8)
     RunResult tags = gds.Run({"-F", "n.gds"});
     EXPECT_NE(tags.out.find("<STRNAME=\"\xC3\xA9t\xC3\xA9\"> \n"), std::string::npos) << tags.out;
     EXPECT_NE(tags.out.find("<SNAME=\"\xC3\xA9t\xC3\xA9\"> "), std::string::npos) << tags.out;
+}
+
+TEST(Robustness, DamagedStreamsEndInAnOrderlyWay)
+{
+    // A stream with a record of most kinds, damaged in a few bytes at a time
+    // or cut short: every run ends with a status of its own and no fault.
+    StreamWriter good = Lib();
+    good.Cell("A", 2).Bgnstr("B").Sref("A", 5, -7).Aref("A", 2, 3, {{0, 0}, {20, 0}, {0, 30}});
+    good.Path(2, 1, 100, {{0, 0}, {500, 0}, {500, 500}}, 4).Box(3, 4, StreamWriter::Rect(0, 0, 5, 5));
+    good.NoData(SREF).String(SNAME, "A").BitArray(STRANS, 0x80, 0x06).Real(MAG, {2}).Real(ANGLE, {30});
+    good.Xy({{1, 1}}).Endel().Record(TEXT, NO_DATA).String(STRING, "t").Endel().Endstr().Endlib();
+    const Bytes& original = good.bytes();
+    GdsRun gds;
+    std::mt19937 random(7);
+    for (int round = 0; round < 60; ++round) {
+        Bytes damaged = original;
+        if (round % 4 == 3) {
+            damaged.resize(4 + random() % (damaged.size() - 4));
+        } else {
+            for (int n = 0; n <= round % 3; ++n)
+                damaged[4 + random() % (damaged.size() - 4)] = static_cast<unsigned char>(random());
+        }
+        gds.Write("damaged.gds", damaged);
+        for (const char* option : {"-d", "-S"}) {
+            RunResult run = gds.Run({option, "damaged.gds"}, "out.txt");
+            EXPECT_TRUE(run.finished) << "round " << round << " " << option;
+            EXPECT_TRUE(run.status == 0 || run.status == 1) << "round " << round << " " << option;
+            EXPECT_EQ(run.err, "") << "round " << round << " " << option;
+        }
+    }
 }

@@ -220,6 +220,7 @@ class TextFailure : public testing::Test
 protected:
     void ExpectFatal(const std::string& text, const std::string& message)
     {
+        SCOPED_TRACE(message);
         gds.Write("bad.txt", text);
         EXPECT_RUN(gds.Run({"-A", "-d", "bad.txt"}), 1, message);
         // Not even a conversion adds its failure line.
