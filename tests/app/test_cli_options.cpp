@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QStringList>
@@ -97,4 +98,41 @@ TEST_F(CliOptionsTest, VersionLaterOnTheLineLetsTheRunGoOn)
     // The run went on to the stream, which doesn't exist; -s was never read.
     EXPECT_EQ(outcome.out.find("Bad argument"), std::string::npos) << outcome.out;
     EXPECT_EQ(outcome.status, 1);
+}
+
+TEST_F(CliOptionsTest, UsageTextIsPrintedWhole)
+{
+    QFile expected(QString(GDS_SOURCE_DIR) + "/tests/app/expected/usage.txt");
+    ASSERT_TRUE(expected.open(QIODevice::ReadOnly));
+    const Outcome help = Run({ "-h" });
+    EXPECT_EQ(help.status, 0);
+    EXPECT_EQ(help.out, expected.readAll().toStdString());
+    EXPECT_EQ(help.err, "");
+}
+
+TEST_F(CliOptionsTest, CommandLinesAUserTypes)
+{
+    struct Case
+    {
+        QStringList arguments;
+        int status;
+        std::string out;
+    };
+    const Case cases[] = {
+        { { "-v" }, 1, "ERROR: Must specify at least one gds file.\nConversion failed\n" },
+        { { "-D" }, 1, "ERROR: Must specify at least one gds file.\nConversion failed\n" },
+        { { "--", "-a.gds" }, 1, "Can not read GDSII file -a.gds\nConversion failed\n" },
+        { { "-version" }, 0, "Version: 17.52.1\n" },
+        { { "-VER", "whatever", "-s", "bad" }, 0, "Version: 17.52.1\n" },
+        { { "-V" }, 0, "Version: 17.52.1\n" },
+        { { "-d", "missing.gds" }, 1, "Can not read GDSII file missing.gds\n" },
+        { { "-T", "no/such/dir/trace.txt", "a.gds" }, 1,
+          "Can not write to trace file no/such/dir/trace.txt\nConversion failed\n" },
+        { { "-lx.lay", "a.gds" }, 1, "ERROR: Must specify at least one gds file.\nConversion failed\n" },
+    };
+    for (const Case& c : cases) {
+        const Outcome outcome = Run(c.arguments);
+        EXPECT_EQ(outcome.status, c.status) << c.arguments.join(' ').toStdString();
+        EXPECT_EQ(outcome.out, c.out) << c.arguments.join(' ').toStdString();
+    }
 }
