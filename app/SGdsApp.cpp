@@ -1,10 +1,12 @@
 #include "SGdsApp.h"
 
+#include <QFileInfo>
 #include <QRegExp>
 #include <cstdio>
 
 #include "SGdsDebug.h"
 #include "SGdsFile.h"
+#include "SGdsLayerFile.h"
 #include "SGdsRecord.h"
 #include "SGdsStructureList.h"
 #include "SErrorMessages.h"
@@ -14,6 +16,7 @@ SGdsApp* theApp = nullptr;
 }
 
 SGdsApp::SGdsApp()
+    : itsLayerFile(new SGdsLayerFile)
 {
     theApp = this;
 }
@@ -22,6 +25,7 @@ SGdsApp::~SGdsApp()
 {
     delete itsGdsFile;
     delete itsStructureList;
+    delete itsLayerFile;
     if (theApp == this)
         theApp = nullptr;
 }
@@ -90,9 +94,48 @@ bool SGdsApp::Run(int argc, char** argv)
         return false;
     if (!itsConvert && !itsOptions.itsCreateLayerFile && itsMaterialFileName.isEmpty())
         return true;
+    if (!itsOptions.itsCreateLayerFile && !LoadLayerFile())
+        return false;
+    if (!CreateProject())
+        return false;
+    if (itsOptions.itsCreateLayerFile)
+        return CreateLayerFile();
 
-    GdsError("Layer files, material files and projects can not be made by this build yet\n");
+    GdsError("Material files and projects can not be made by this build yet\n");
     return false;
+}
+
+bool SGdsApp::LoadLayerFile()
+{
+    if (!QFileInfo::exists(itsLayerFileName.qstring())) {
+        // A missing layer file is made from the stream alone; the read below
+        // reports what went wrong if that failed.
+        itsLayerFile->Create(*itsStructureList, itsStructureName, SLayerFileCreateOptions(), itsLayerFileName);
+        delete itsLayerFile;
+        itsLayerFile = new SGdsLayerFile;
+    }
+    if (!itsLayerFile->Read(itsLayerFileName)) {
+        GdsError("%s\n", itsLayerFile->GetErrorText().data());
+        return false;
+    }
+    return true;
+}
+
+bool SGdsApp::CreateProject()
+{
+    // A new project takes the stream's unit, so coordinates pass unchanged.
+    itsConversionFactor = 1.0;
+    if (GdsDebug().GetLevel() > 3)
+        GdsDebug().Print("Conversion factor: %g\n", itsConversionFactor);
+    return true;
+}
+
+bool SGdsApp::CreateLayerFile()
+{
+    SLayerFileCreateOptions options;
+    options.itsRemoveEmptyLayers = itsOptions.itsRemoveEmptyLayers;
+    options.itsSingleLayer = itsOptions.itsSingleLayer;
+    return itsLayerFile->Create(*itsStructureList, itsStructureName, options, itsLayerFileName);
 }
 
 bool SGdsApp::ReadStream()

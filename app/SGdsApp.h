@@ -6,6 +6,7 @@
 #include "SString.h"
 
 class SGdsFile;
+class SGdsLayerFile;
 class SGdsStructureList;
 
 // One run of the translator: a fixed sequence of steps, each returning true
@@ -31,6 +32,9 @@ private:
     bool BuildStructures();
     bool SelectStructure();
     bool ListStructures();
+    bool LoadLayerFile();
+    bool CreateProject();
+    bool CreateLayerFile();
     void DeriveDefaultNames();
 
     SGdsOptions itsOptions;
@@ -38,6 +42,7 @@ private:
     SGdsFile* itsGdsFile = nullptr;
     SGdsStructureList* itsStructureList = nullptr;
     SString itsStructureName;
+    SGdsLayerFile* itsLayerFile;
     SString itsLayerFileName;
     SString itsInputProjectName;
     SString itsOutputProjectName;
