@@ -1,0 +1,91 @@
+// The layer file as a user meets it: -L, and the file a translation makes
+// for itself when none exists.
+
+#include <gtest/gtest.h>
+
+#include "GdsRun.h"
+
+using gdstest::GdsRun;
+using gdstest::RunResult;
+
+namespace {
+
+const QString kExample = QString(GDS_SOURCE_DIR) + "/examples/chip.gds";
+
+void CopyExample(const GdsRun& run)
+{
+    QFile::copy(kExample, run.Dir() + "/chip.gds");
+}
+
+// The (layer, datatype) columns of every mapping line, in file order.
+std::vector<std::string> Pairs(const std::string& text)
+{
+    std::vector<std::string> pairs;
+    QStringList lines = QString::fromStdString(text).split('\n', Qt::SkipEmptyParts);
+    for (const QString& line : lines) {
+        QStringList fields = line.split(' ', Qt::SkipEmptyParts);
+        if (fields.size() > 3 && !line.startsWith('#'))
+            pairs.push_back((fields[2] + "/" + fields[3]).toStdString());
+    }
+    return pairs;
+}
+
+TEST(LayerFileCommandLine, DashLWritesTheLayersOfTheChosenStructure)
+{
+    GdsRun run;
+    CopyExample(run);
+    RunResult result = run.Run({"-L", "chip.gds"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(Pairs(run.Read("chip.lay")), (std::vector<std::string>{"1/0", "1/1", "2/0"}));
+    EXPECT_FALSE(run.Exists("chip.vel"));
+
+    // Only what "via" reaches, into a file named by -l.
+    result = run.Run({"-L", "-p", "via", "-l", "via.lay", "chip.gds"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(Pairs(run.Read("via.lay")), (std::vector<std::string>{"2/0"}));
+}
+
+TEST(LayerFileCommandLine, FailedDashLSaysOnlyWhatWentWrong)
+{
+    GdsRun run;
+    RunResult result = run.Run({"-L", "missing.gds"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out, "Can not read GDSII file missing.gds\n");
+}
+
+TEST(LayerFileCommandLine, ListingNeitherReadsNorMakesALayerFile)
+{
+    GdsRun run;
+    CopyExample(run);
+    RunResult result = run.Run({"-z", "list.txt", "chip.gds"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(run.Read("list.txt"), "top\n\nvia\nline\ntop\n");
+    EXPECT_FALSE(run.Exists("chip.lay"));
+}
+
+TEST(LayerFileCommandLine, TranslationMakesAMissingLayerFileFirst)
+{
+    GdsRun run;
+    CopyExample(run);
+    run.Run({"chip.gds"});
+    EXPECT_EQ(Pairs(run.Read("chip.lay")), (std::vector<std::string>{"1/0", "1/1", "2/0"}));
+
+    // An existing file is read, not replaced.
+    run.Write("chip.lay", std::string("# kept\n") + run.Read("chip.lay"));
+    run.Run({"chip.gds"});
+    EXPECT_EQ(run.Read("chip.lay").rfind("# kept\n", 0), 0u);
+}
+
+TEST(LayerFileCommandLine, BrokenLayerFileEndsTheTranslationWithItsMessage)
+{
+    GdsRun run;
+    CopyExample(run);
+    run.Write("chip.lay", "this is no layer line\n");
+    RunResult result = run.Run({"chip.gds"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_NE(result.out.find("chip.lay:1"), std::string::npos) << result.out;
+    EXPECT_NE(result.out.find("Conversion failed\n"), std::string::npos);
+}
+
+} // namespace
