@@ -104,6 +104,7 @@ string 6560 "Current density file problem"
 // Project container and blocks
 string 7041 "The project file could not be opened."
 string 7045 "%s"
+string 7046 "The project could not be saved to %s: %s. The previous file is unchanged."
 string 7047 "The first line is not a valid FTYP line of a project."
 string 7049 "This %s file was written by a newer program; some content may be lost."
 string 7132 "Unreadable line: %s"

@@ -1,0 +1,5 @@
+#include "SFileOutputBlock.h"
+
+#include "SProjectClassID.h"
+
+SCOLLECTABLE_DEFINE(SFileOutputBlock, SID_FILEOUTPUTBLOCK, &SVerbatimBlock::staticTypeInfo())

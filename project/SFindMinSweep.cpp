@@ -1,0 +1,5 @@
+#include "SFindMinSweep.h"
+
+#include "SProjectClassID.h"
+
+SCOLLECTABLE_DEFINE(SFindMinSweep, SID_FINDMINSWEEP, &SIFSEntry::staticTypeInfo())

@@ -1,0 +1,103 @@
+#include "SFrequencyBlock.h"
+
+#include "SDimensionBlock.h"
+#include "SFile.h"
+#include "SFrequencyEntry.h"
+#include "SProject.h"
+#include "SProjectClassID.h"
+#include "SProjectErrorManager.h"
+#include "SRegexp.h"
+
+#include <algorithm>
+
+SCOLLECTABLE_DEFINE(SFrequencyBlock, SID_FREQUENCYBLOCK, &SFileBlock::staticTypeInfo())
+
+SFrequencyBlock::SFrequencyBlock(const SFrequencyBlock& other) : SFileBlock(other), itsChanged(other.itsChanged) {
+  for (const SCollectable* entry : other.itsEntries)
+    itsEntries.append(static_cast<const SFrequencyEntry*>(entry)->Clone());
+}
+
+void SFrequencyBlock::AddEntry(SFrequencyEntry* entry) {
+  if (entry) itsEntries.append(entry);
+}
+
+bool SFrequencyBlock::TakeUnit(const SString& token) {
+  static const SRegexp unitPattern("[GgMmTtKkPp]?[Hh][Zz]");
+  if (!unitPattern.exactMatch(token)) return false;
+  SDimensionBlock* units = itsOwner ? itsOwner->GetDimensionBlock() : nullptr;
+  if (units) units->SetUnit(SDimensionBlock::Frequency, token.upper());
+  return true;
+}
+
+bool SFrequencyBlock::ReadFirstLine(SFile& file) {
+  SString token;
+  while (file.GetToken(token)) TakeUnit(token);
+  file.NextLine();
+  return true;
+}
+
+bool SFrequencyBlock::ReadBody(SFile& file, SProjectErrorManager& errors) {
+  itsEntries.clearAndDestroy();
+  itsChanged = false;
+  for (;;) {
+    if (!file.HasToken()) return true;
+    SString keyword;
+    file.PeekToken(keyword);
+    if (Match(keyword, "END")) return true;
+    if (TakeUnit(keyword)) {
+      // the unit alone on a line
+    } else if (keyword.compare("FREQUNIT", true) == 0) {
+      SString unit;
+      file.GetToken(keyword);
+      file.GetToken(unit);
+      SDimensionBlock* units = itsOwner ? itsOwner->GetDimensionBlock() : nullptr;
+      if (units && !units->SetUnit(SDimensionBlock::Frequency, unit))
+        errors.AddError(SProjectErrorManager::Warning, LineOf(file), 7139, "FREQ", unit.data());
+    } else {
+      SFrequencyEntry* entry = SFrequencyEntry::Create(keyword);
+      if (!entry) {
+        if (!Unknown(file, keyword, errors)) return false;
+        continue;
+      }
+      file.GetToken(keyword);
+      if (!entry->Read(file)) {
+        delete entry;
+        SString text;
+        file.GetLine(text);
+        errors.AddError(SProjectErrorManager::Error, LineOf(file), 7132, text.data());
+        return false;
+      }
+      const SString name = entry->GetName();
+      if (name == "AUTO" || name == "FINDMAX" || name == "FINDMIN") itsChanged = true;
+      itsEntries.append(entry);
+    }
+    if (!file.NextLine()) return true;
+  }
+}
+
+void SFrequencyBlock::WriteBody(SProjectStream& out) {
+  for (const SCollectable* entry : itsEntries) static_cast<const SFrequencyEntry*>(entry)->Write(out);
+}
+
+void SFrequencyBlock::ChangeUnits(const SDimensionBlock& newUnits) {
+  SDimensionBlock* old = itsOwner ? itsOwner->GetDimensionBlock() : nullptr;
+  if (old) ScaleToUnit(old->GetFactor(SDimensionBlock::Frequency), newUnits.GetFactor(SDimensionBlock::Frequency));
+}
+
+void SFrequencyBlock::ScaleToUnit(double oldFactor, double newFactor) {
+  if (oldFactor == 0.0 || newFactor == 0.0 || oldFactor == newFactor) return;
+  for (SCollectable* entry : itsEntries) static_cast<SFrequencyEntry*>(entry)->Scale(oldFactor / newFactor);
+}
+
+void SFrequencyBlock::GetAllFrequencies(std::vector<double>& out) const {
+  out.clear();
+  for (const SCollectable* entry : itsEntries) static_cast<const SFrequencyEntry*>(entry)->GetFrequencies(out);
+  std::sort(out.begin(), out.end());
+  out.erase(std::unique(out.begin(), out.end()), out.end());
+}
+
+size_t SFrequencyBlock::CountFrequencies() const {
+  std::vector<double> all;
+  GetAllFrequencies(all);
+  return all.size();
+}

@@ -1,0 +1,169 @@
+#include "SNumberFormat.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+
+namespace {
+
+constexpr uint64_t kPow10[] = {1ull,
+                               10ull,
+                               100ull,
+                               1000ull,
+                               10000ull,
+                               100000ull,
+                               1000000ull,
+                               10000000ull,
+                               100000000ull,
+                               1000000000ull,
+                               10000000000ull,
+                               100000000000ull,
+                               1000000000000ull,
+                               10000000000000ull,
+                               100000000000000ull,
+                               1000000000000000ull,
+                               10000000000000000ull,
+                               100000000000000000ull,
+                               1000000000000000000ull};
+
+// Powers of ten that an 80-bit long double holds exactly (5^27 < 2^64).
+constexpr long double kPow10L[] = {1e0L,  1e1L,  1e2L,  1e3L,  1e4L,  1e5L,  1e6L,  1e7L,  1e8L,  1e9L,
+                                   1e10L, 1e11L, 1e12L, 1e13L, 1e14L, 1e15L, 1e16L, 1e17L, 1e18L, 1e19L,
+                                   1e20L, 1e21L, 1e22L, 1e23L, 1e24L, 1e25L, 1e26L, 1e27L};
+constexpr int kMaxExactPower = 27;
+
+int Clamp(int digits) { return digits < 1 ? 1 : (digits > 17 ? 17 : digits); }
+
+// Decimal digits of `value` into `out`, most significant first; returns the count.
+int WriteDigits(uint64_t value, char* out) {
+  char reversed[20];
+  int n = 0;
+  do {
+    reversed[n++] = static_cast<char>('0' + value % 10);
+    value /= 10;
+  } while (value);
+  for (int i = 0; i < n; ++i) out[i] = reversed[n - 1 - i];
+  return n;
+}
+
+// Lays out d.ddd x 10^exponent, where `mantissa` holds `digits` significant digits.
+int Compose(bool negative, uint64_t mantissa, int exponent, int digits, char* out) {
+  while (mantissa % 10 == 0 && mantissa != 0) mantissa /= 10;
+  char d[20];
+  const int count = WriteDigits(mantissa, d);
+  char* p = out;
+  if (negative) *p++ = '-';
+  if (exponent < -4 || exponent >= digits) {
+    *p++ = d[0];
+    if (count > 1) {
+      *p++ = '.';
+      for (int i = 1; i < count; ++i) *p++ = d[i];
+    }
+    *p++ = 'e';
+    *p++ = exponent < 0 ? '-' : '+';
+    const int magnitude = std::abs(exponent);
+    if (magnitude >= 100) *p++ = static_cast<char>('0' + magnitude / 100);
+    *p++ = static_cast<char>('0' + magnitude / 10 % 10);
+    *p++ = static_cast<char>('0' + magnitude % 10);
+  } else if (exponent >= 0) {
+    const int whole = exponent + 1;
+    for (int i = 0; i < whole; ++i) *p++ = i < count ? d[i] : '0';
+    if (count > whole) {
+      *p++ = '.';
+      for (int i = whole; i < count; ++i) *p++ = d[i];
+    }
+  } else {
+    *p++ = '0';
+    *p++ = '.';
+    for (int i = -1; i > exponent; --i) *p++ = '0';
+    for (int i = 0; i < count; ++i) *p++ = d[i];
+  }
+  return static_cast<int>(p - out);
+}
+
+int Exact(double value, int digits, char* buffer) {
+  const std::to_chars_result r =
+      std::to_chars(buffer, buffer + SNumberFormat::kBufferSize, value, std::chars_format::general, digits);
+  return static_cast<int>(r.ptr - buffer);
+}
+
+}  // namespace
+
+int SNumberFormat::Format(double value, int digits, char* buffer) {
+  digits = Clamp(digits);
+  if (value == 0.0) {
+    buffer[0] = '0';
+    return 1;
+  }
+  if (!std::isfinite(value)) return Exact(value, digits, buffer);
+  const bool negative = value < 0.0;
+  const double magnitude = std::fabs(value);
+
+  // Counts, indices and grid coordinates: whole numbers that fit the digit count.
+  if (magnitude < 1e17 && magnitude == std::floor(magnitude)) {
+    const uint64_t whole = static_cast<uint64_t>(magnitude);
+    if (whole < kPow10[digits]) {
+      char* p = buffer;
+      if (negative) *p++ = '-';
+      return static_cast<int>(p - buffer) + WriteDigits(whole, p);
+    }
+  }
+
+  // Scale into [10^(digits-1), 10^digits) with one correctly rounded extended-precision
+  // operation; its error stays far below 0.01 of a unit, so only values within that of a
+  // rounding tie need the exact method.
+  if constexpr (std::numeric_limits<long double>::digits >= 64) {
+    int binaryExponent = 0;
+    std::frexp(magnitude, &binaryExponent);
+    int exponent = static_cast<int>(std::floor((binaryExponent - 1) * 0.30102999566398120));
+    for (int attempt = 0; attempt < 3; ++attempt) {
+      const int k = digits - 1 - exponent;
+      if (k > kMaxExactPower || k < -kMaxExactPower) break;
+      const long double scaled = k >= 0 ? static_cast<long double>(magnitude) * kPow10L[k]
+                                        : static_cast<long double>(magnitude) / kPow10L[-k];
+      if (scaled < static_cast<long double>(kPow10[digits - 1])) {
+        --exponent;
+        continue;
+      }
+      if (scaled >= static_cast<long double>(kPow10[digits])) {
+        ++exponent;
+        continue;
+      }
+      const long double whole = std::floor(scaled);
+      const long double fraction = scaled - whole;
+      if (std::fabs(fraction - 0.5L) < 0.01L) break;
+      uint64_t mantissa = static_cast<uint64_t>(whole) + (fraction > 0.5L ? 1 : 0);
+      if (mantissa == kPow10[digits]) {
+        mantissa = kPow10[digits - 1];
+        ++exponent;
+      }
+      return Compose(negative, mantissa, exponent, digits, buffer);
+    }
+  }
+  return Exact(value, digits, buffer);
+}
+
+int SNumberFormat::FormatSlow(double value, int digits, char* buffer) {
+  if (value == 0.0) {
+    buffer[0] = '0';
+    return 1;
+  }
+  char text[64];
+  const int n = std::snprintf(text, sizeof text, "%.*g", Clamp(digits), value);
+  const int length = n < 0 ? 0 : (n < kBufferSize ? n : kBufferSize);
+  for (int i = 0; i < length; ++i) buffer[i] = text[i];
+  return length;
+}
+
+void SNumberFormat::Append(std::string& out, double value, int digits) {
+  char buffer[kBufferSize];
+  out.append(buffer, static_cast<size_t>(Format(value, digits, buffer)));
+}
+
+SString SNumberFormat::ToString(double value, int digits) {
+  char buffer[kBufferSize];
+  return SString(buffer, Format(value, digits, buffer));
+}

@@ -1,0 +1,87 @@
+#include "SSafeSave.h"
+
+#include <QFileInfo>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+// A link to the project stays a link: the file it points to is the one replaced.
+SString ResolveLink(const SString& path) {
+  const QFileInfo info(path.qstring());
+  return info.isSymLink() ? SString(info.symLinkTarget()) : path;
+}
+
+// Makes the rename itself durable; a directory that can't be opened is no failure of the save.
+void SyncDirectoryOf(const QByteArray& path) {
+  const QByteArray directory = QFileInfo(QString::fromUtf8(path)).absolutePath().toUtf8();
+  const int fd = ::open(directory.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (fd < 0) return;
+  (void)::fsync(fd);
+  ::close(fd);
+}
+}  // namespace
+
+SSafeSave::SSafeSave(const SString& target)
+    : itsTarget(ResolveLink(target)), itsTemporary(ResolveLink(target) + ".saving") {}
+
+ssize_t SSafeSave::WriteSome(int fd, const char* data, size_t size) { return ::write(fd, data, size); }
+
+bool SSafeSave::Fail(const char* what, int error) {
+  itsErrorText = SString::format("%s: %s", what, std::strerror(error));
+  return false;
+}
+
+bool SSafeSave::Commit(const char* data, size_t size) {
+  itsErrorText.clear();
+  const QByteArray target = itsTarget.toUtf8();
+  const QByteArray temporary = itsTemporary.toUtf8();
+
+  // A stale temporary file of an earlier failed save goes; unlink refuses a directory,
+  // and O_EXCL below refuses whatever else stands there, symbolic links included.
+  if (::unlink(temporary.constData()) != 0 && errno != ENOENT && errno != EISDIR && errno != EPERM)
+    return Fail("cannot remove the old temporary file", errno);
+
+  mode_t mode = 0666;
+  struct stat old;
+  const bool hadOld = ::stat(target.constData(), &old) == 0;
+  if (hadOld) mode = old.st_mode & 07777;
+
+  const int fd = ::open(temporary.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+  if (fd < 0) return Fail("cannot create the temporary file", errno);
+
+  size_t done = 0;
+  while (done < size) {
+    const ssize_t n = WriteSome(fd, data + done, size - done);
+    if (n < 0 && errno == EINTR) continue;
+    if (n <= 0) {
+      const int error = n < 0 ? errno : ENOSPC;
+      ::close(fd);
+      ::unlink(temporary.constData());
+      return Fail("cannot write the temporary file", error);
+    }
+    done += static_cast<size_t>(n);
+  }
+  if (hadOld) (void)::fchmod(fd, mode);  // the umask may have narrowed it
+  if (::fsync(fd) != 0) {
+    const int error = errno;
+    ::close(fd);
+    ::unlink(temporary.constData());
+    return Fail("cannot flush the temporary file", error);
+  }
+  if (::close(fd) != 0) {
+    const int error = errno;
+    ::unlink(temporary.constData());
+    return Fail("cannot close the temporary file", error);
+  }
+  if (::rename(temporary.constData(), target.constData()) != 0) {
+    const int error = errno;
+    ::unlink(temporary.constData());
+    return Fail("cannot replace the file", error);
+  }
+  SyncDirectoryOf(target);
+  return true;
+}

@@ -1,0 +1,42 @@
+#ifndef SSAFESAVE_H
+#define SSAFESAVE_H
+
+#include "SString.h"
+
+#include <cstddef>
+#include <string>
+#include <sys/types.h>
+
+// Replaces a file only when its new content is complete: the text goes to a temporary file
+// beside the target (same directory, so the final rename is atomic), is flushed to disk, and
+// only then renamed over the old file. Any failure removes the temporary file and leaves
+// the old one as it was.
+class SSafeSave {
+public:
+  explicit SSafeSave(const SString& target);
+  virtual ~SSafeSave() {}
+  SSafeSave(const SSafeSave&) = delete;
+  SSafeSave& operator=(const SSafeSave&) = delete;
+
+  bool Commit(const char* data, size_t size);
+  bool Commit(const std::string& text) { return Commit(text.data(), text.size()); }
+
+  const SString& GetTarget() const { return itsTarget; }
+  // "<target>.saving": fixed, so that a save that died leaves one recognisable file behind.
+  const SString& GetTemporaryName() const { return itsTemporary; }
+  // Why the last Commit failed, in the system's words.
+  const SString& GetErrorText() const { return itsErrorText; }
+
+protected:
+  // One write(2); a seam for tests that need a device which fills up.
+  virtual ssize_t WriteSome(int fd, const char* data, size_t size);
+
+private:
+  bool Fail(const char* what, int error);
+
+  SString itsTarget;
+  SString itsTemporary;
+  SString itsErrorText;
+};
+
+#endif

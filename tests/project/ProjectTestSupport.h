@@ -1,0 +1,90 @@
+#ifndef PROJECTTESTSUPPORT_H
+#define PROJECTTESTSUPPORT_H
+
+#include "SCommentedFile.h"
+#include "SErrorMessages.h"
+#include "SHeaderBlock.h"
+#include "SProject.h"
+#include "SProjectFormat.h"
+
+#include <QFile>
+#include <QString>
+#include <QTemporaryDir>
+#include <QTextStream>
+#include <gtest/gtest.h>
+
+#include <string>
+
+// A fixed clock, the message texts, the current write format, and a scratch directory.
+class ProjectTest : public ::testing::Test {
+protected:
+  static constexpr time_t kClock = 1700000000;
+
+  void SetUp() override {
+    static bool loaded = false;
+    if (!loaded) {
+      SErrorMessages::Instance()->LoadFile(SString(GDS_SOURCE_DIR "/resource/strings_util.h"));
+      SErrorMessages::Instance()->LoadFile(SString(GDS_SOURCE_DIR "/resource/strings_filelib.h"));
+      loaded = true;
+    }
+    SHeaderBlock::SetFixedTime(kClock);
+    SProjectFormat::SetWriteFormat(SProjectFormat::kCurrent);
+    ASSERT_TRUE(itsDir.isValid());
+  }
+  void TearDown() override {
+    SHeaderBlock::SetFixedTime(0);
+    SProjectFormat::SetWriteFormat(SProjectFormat::kCurrent);
+  }
+
+  SString Path(const char* name) const { return SString(itsDir.filePath(QLatin1String(name))); }
+
+  // Reads project text as if it were the file `name` in the scratch directory.
+  bool ReadText(SProject& project, const std::string& text, const char* name = "test.vel", int type = 0) {
+    project.SetFileName(Path(name));
+    project.SetProjectType(type);
+    QString copy = QString::fromStdString(text);
+    QTextStream stream(&copy);
+    SCommentedFile file(&stream);
+    file.SetCommentEscape("<");
+    file.NextLine();
+    return project.ReadStream(file, 0);
+  }
+
+  static std::string WriteText(SProject& project) {
+    SProjectStream out;
+    EXPECT_TRUE(project.Write(out));
+    return out.Text();
+  }
+
+  // Read, write, read the result into a fresh project, write again: both writes must agree.
+  // (Making a project resets the write format, so the format is set after each.)
+  std::string RoundTrip(const std::string& text, int format = SProjectFormat::kCurrent, int type = 0) {
+    SProject first;
+    SProjectFormat::SetWriteFormat(format);
+    EXPECT_TRUE(ReadText(first, text, "test.vel", type)) << first.GetErrors().ErrorText().data();
+    const std::string once = WriteText(first);
+    SProject second;
+    SProjectFormat::SetWriteFormat(format);
+    EXPECT_TRUE(ReadText(second, once, "test.vel", type)) << second.GetErrors().ErrorText().data();
+    EXPECT_EQ(once, WriteText(second));
+    return once;
+  }
+
+  void WriteFile(const SString& path, const std::string& text) {
+    QFile file(path.qstring());
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(text.data(), static_cast<qint64>(text.size()));
+  }
+
+  static std::string FileText(const SString& path) {
+    QFile file(path.qstring());
+    if (!file.open(QIODevice::ReadOnly)) return "<missing>";
+    return file.readAll().toStdString();
+  }
+
+  static bool Contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+
+  QTemporaryDir itsDir;
+};
+
+#endif

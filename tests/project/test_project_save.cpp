@@ -1,0 +1,182 @@
+#include "ProjectTestSupport.h"
+
+#include "SControlBlock.h"
+#include "SProjectOperations.h"
+#include "SSafeSave.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <cerrno>
+#include <cstdlib>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+const char* const kOldProject = "FTYP VELPROJ 17 ! Velora Project File\nVER 17.52\nCONTROL\nSTD\nEND CONTROL\n";
+
+// A disk that fills up after the first half of the text.
+class SFullDeviceSave : public SSafeSave {
+public:
+  using SSafeSave::SSafeSave;
+  size_t itsWritten = 0;
+
+protected:
+  ssize_t WriteSome(int fd, const char* data, size_t size) override {
+    if (itsWritten > 0) {
+      errno = ENOSPC;
+      return -1;
+    }
+    const ssize_t n = SSafeSave::WriteSome(fd, data, size / 2 + 1);
+    if (n > 0) itsWritten += static_cast<size_t>(n);
+    return n;
+  }
+};
+
+}  // namespace
+
+TEST_F(ProjectTest, SavingReplacesTheFileOnlyWhenTheNewTextIsComplete) {
+  const SString path = Path("chip.vel");
+  WriteFile(path, kOldProject);
+  ASSERT_EQ(::chmod(path.data(), 0640), 0);
+
+  SProject project(path);
+  project.SetProjectType(0);
+  ASSERT_TRUE(project.Read(0));
+  project.GetControlBlock()->itsSpeed = 2;
+  ASSERT_TRUE(project.Save()) << project.GetErrors().ErrorText().data();
+  EXPECT_TRUE(Contains(FileText(path), "SPEED 2\n"));
+  EXPECT_FALSE(QFileInfo::exists((path + ".saving").qstring()));
+  struct stat info;
+  ASSERT_EQ(::stat(path.data(), &info), 0);
+  EXPECT_EQ(info.st_mode & 0777, 0640u);
+
+  // A stale temporary file is replaced; a link standing there is not followed.
+  const SString elsewhere = Path("elsewhere.txt");
+  WriteFile(elsewhere, "keep me");
+  ASSERT_EQ(::symlink(elsewhere.data(), (path + ".saving").data()), 0);
+  project.GetControlBlock()->itsSpeed = 1;
+  ASSERT_TRUE(project.Save());
+  EXPECT_TRUE(Contains(FileText(path), "SPEED 1\n"));
+  EXPECT_EQ(FileText(elsewhere), "keep me");
+}
+
+TEST_F(ProjectTest, AFailedSaveLeavesTheOldProjectIntact) {
+  const SString path = Path("chip.vel");
+  WriteFile(path, kOldProject);
+  SProject project;
+  ASSERT_TRUE(ReadText(project, kOldProject, "chip.vel"));
+  project.GetControlBlock()->itsSpeed = 2;
+
+  // The temporary file can't be made: a directory stands in its place (root can't help it).
+  ASSERT_TRUE(QDir().mkpath((path + ".saving").qstring()));
+  EXPECT_FALSE(project.Save());
+  EXPECT_EQ(FileText(path), kOldProject);
+  EXPECT_TRUE(project.GetErrors().Contains(7046));
+  EXPECT_TRUE(Contains(project.GetErrors().ErrorText().data(), "previous file is unchanged"));
+  EXPECT_TRUE(QFileInfo((path + ".saving").qstring()).isDir());
+  ASSERT_TRUE(QDir((path + ".saving").qstring()).removeRecursively());
+
+  // The text is complete but can't take the old file's place: the target is a directory
+  // with content, which rename(2) refuses for anyone.
+  const SString folder = Path("folder.vel");
+  ASSERT_TRUE(QDir().mkpath((folder + "/inside").qstring()));
+  EXPECT_FALSE(project.Save(folder));
+  EXPECT_TRUE(QFileInfo((folder + "/inside").qstring()).isDir());
+  EXPECT_FALSE(QFileInfo::exists((folder + ".saving").qstring()));
+  EXPECT_EQ(FileText(path), kOldProject);
+}
+
+TEST_F(ProjectTest, ADeviceThatFillsUpMidwayChangesNothing) {
+  const SString path = Path("chip.vel");
+  WriteFile(path, kOldProject);
+  const std::string text(100000, 'x');
+  SFullDeviceSave save(path);
+  EXPECT_FALSE(save.Commit(text));
+  EXPECT_GT(save.itsWritten, 0u);
+  EXPECT_TRUE(Contains(save.GetErrorText().data(), "No space left"));
+  EXPECT_EQ(FileText(path), kOldProject);
+  EXPECT_FALSE(QFileInfo::exists(save.GetTemporaryName().qstring()));
+
+  SSafeSave good(path);
+  EXPECT_TRUE(good.Commit(text));
+  EXPECT_EQ(FileText(path), text);
+}
+
+TEST_F(ProjectTest, CompanionDirectoryNames) {
+  SProject project(Path("a/chip.vel"));
+  EXPECT_EQ(project.GetDataDirectory(), Path("a/veldata/chip"));
+  EXPECT_EQ(project.GetSubsectionFile(), Path("a/veldata/chip/sub/subsections.vel"));
+  EXPECT_EQ(project.GetDocumentationDirectory(), Path("a/veldata/chip/doc"));
+  EXPECT_EQ(project.GetAutosaveFile(), Path("a/veldata/chip/autosave.sgrx"));
+  EXPECT_EQ(project.GetFileMappingFile(), Path("a/veldata/chip/filenames.map"));
+  EXPECT_EQ(project.GetLockFile(), Path("a/veldata/chip/lock.lck"));
+  SProject bare("chip");
+  EXPECT_EQ(SString(bare.GetFileName()), SString("chip.vel"));
+  EXPECT_EQ(bare.GetDataDirectory(), SString("veldata/chip"));
+}
+
+TEST_F(ProjectTest, LockFilesHaveOneHolder) {
+  const SString path = Path("chip.vel");
+  WriteFile(path, kOldProject);
+  SProject first(path);
+  SProject second(path);
+  EXPECT_EQ(first.CheckLock(), SProject::NoLock);
+  ASSERT_TRUE(first.Lock());
+  EXPECT_EQ(first.CheckLock(), SProject::LockedBySelf);
+  EXPECT_EQ(second.CheckLock(), SProject::LockRefused);
+  EXPECT_FALSE(second.Lock());
+  SString time, user;
+  EXPECT_TRUE(SProject::ReadLockFile(first.GetLockFile(), time, user));
+  EXPECT_FALSE(time.isEmpty());
+  EXPECT_FALSE(user.contains(QLatin1Char('\n')));
+  EXPECT_FALSE(second.Unlock());
+  EXPECT_TRUE(first.Unlock());
+  EXPECT_EQ(second.CheckLock(), SProject::NoLock);
+  EXPECT_FALSE(SProject::ReadLockFile(first.GetLockFile(), time, user));
+  EXPECT_EQ(time, SString("Error"));
+  EXPECT_EQ(user, SString("Error"));
+}
+
+TEST_F(ProjectTest, CleaningRemovesStoredResultsOnly) {
+  const SString path = Path("chip.vel");
+  SProjectOperations missing(path);
+  EXPECT_FALSE(missing.Clean(true));
+  EXPECT_EQ(missing.GetStatus(), SProjectOperations::NoProjectFile);
+
+  WriteFile(path, kOldProject);
+  const SString data = Path("veldata/chip");
+  for (const char* directory : {"sub", "doc", "solver"}) ASSERT_TRUE(QDir().mkpath((data + "/" + directory).qstring()));
+  for (const char* file : {"log_errors", "runnum", "VEL0001", "autosave.sgrx", "keep.txt", "sub/subsections.vel",
+                           "solver/mesher", "example.tag"})
+    WriteFile(data + "/" + file, "x");
+
+  WriteFile(data + "/lock.lck", "LOCK TIME: now\nUSER: someone\n");
+  SProjectOperations locked(path);
+  EXPECT_FALSE(locked.Clean(true));
+  EXPECT_EQ(locked.GetStatus(), SProjectOperations::Locked);
+  QFile::remove((data + "/lock.lck").qstring());
+
+  setenv("VELORA_DIR", itsDir.path().toUtf8().constData(), 1);
+  SProjectOperations installed(path);
+  EXPECT_FALSE(installed.Clean(true));
+  EXPECT_EQ(installed.GetStatus(), SProjectOperations::InsideInstallation);
+  unsetenv("VELORA_DIR");
+
+  SProjectOperations operations(path);
+  EXPECT_TRUE(operations.Clean(true));
+  const QStringList left = QDir(data.qstring()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+  EXPECT_EQ(left, (QStringList{"example.tag", "keep.txt"}));
+  EXPECT_EQ(FileText(path), kOldProject);
+}
+
+TEST_F(ProjectTest, SavingThroughALinkReplacesTheFileItPointsTo) {
+  const SString real = Path("real.vel");
+  const SString link = Path("link.vel");
+  WriteFile(real, kOldProject);
+  ASSERT_EQ(::symlink(real.data(), link.data()), 0);
+  SSafeSave save(link);
+  ASSERT_TRUE(save.Commit(std::string("new text\n")));
+  EXPECT_TRUE(QFileInfo(link.qstring()).isSymLink());
+  EXPECT_EQ(FileText(real), "new text\n");
+}
