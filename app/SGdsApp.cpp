@@ -6,7 +6,10 @@
 
 #include "SGdsDebug.h"
 #include "SGdsFile.h"
+#include "SGdsExpander.h"
 #include "SGdsLayerFile.h"
+#include "SGdsPathConverter.h"
+#include "SGdsPolygonList.h"
 #include "SGdsRecord.h"
 #include "SGdsStructureList.h"
 #include "SErrorMessages.h"
@@ -25,6 +28,7 @@ SGdsApp::~SGdsApp()
 {
     delete itsGdsFile;
     delete itsStructureList;
+    delete itsPolygonList;
     delete itsLayerFile;
     if (theApp == this)
         theApp = nullptr;
@@ -78,6 +82,8 @@ bool SGdsApp::Run(int argc, char** argv)
     VerboseOutput = itsOptions.itsVerbose;
     ZeroBoxType = itsOptions.itsZeroBoxType;
     ConvertBoxes = itsOptions.itsConvertBoxes;
+    if (!itsOptions.itsPathConversion.isEmpty())
+        SetPathConversionMode(itsOptions.itsPathConversion);
 
     itsMaterialFileName = itsOptions.itsMaterialFile;
     itsStructureListFileName = itsOptions.itsStructureListFile;
@@ -96,7 +102,7 @@ bool SGdsApp::Run(int argc, char** argv)
         return true;
     if (!itsOptions.itsCreateLayerFile && !LoadLayerFile())
         return false;
-    if (!CreateProject())
+    if (!CreateProject() || !ExpandStructure())
         return false;
     if (itsOptions.itsCreateLayerFile)
         return CreateLayerFile();
@@ -130,6 +136,19 @@ bool SGdsApp::CreateProject()
     return true;
 }
 
+bool SGdsApp::ExpandStructure()
+{
+    SGdsDebug& debug = GdsDebug();
+    if (debug.GetLevel() > 3)
+        debug.Print("\nEXPANDING STRUCTURES\n");
+    if (!itsStructureList->FindStructure(itsStructureName)) {
+        GdsError("Could not find structure \"%s\" the GDSII file\n", itsStructureName.data());
+        return false;
+    }
+    itsPolygonList->itsConversionFactor = itsConversionFactor;
+    return ::ExpandStructure(*itsStructureList, *itsPolygonList, itsStructureName);
+}
+
 bool SGdsApp::CreateLayerFile()
 {
     SLayerFileCreateOptions options;
@@ -161,6 +180,8 @@ bool SGdsApp::BuildStructures()
 
 bool SGdsApp::SelectStructure()
 {
+    if (!itsPolygonList)
+        itsPolygonList = new SGdsPolygonList(itsStructureList);
     if (!itsOptions.itsStructureName.isEmpty()) {
         itsStructureName = itsOptions.itsStructureName;
     } else {

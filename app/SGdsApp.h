@@ -7,6 +7,7 @@
 
 class SGdsFile;
 class SGdsLayerFile;
+class SGdsPolygonList;
 class SGdsStructureList;
 
 // One run of the translator: a fixed sequence of steps, each returning true
@@ -34,6 +35,7 @@ private:
     bool ListStructures();
     bool LoadLayerFile();
     bool CreateProject();
+    bool ExpandStructure();
     bool CreateLayerFile();
     void DeriveDefaultNames();
 
@@ -41,6 +43,7 @@ private:
     SString itsGdsFileName;
     SGdsFile* itsGdsFile = nullptr;
     SGdsStructureList* itsStructureList = nullptr;
+    SGdsPolygonList* itsPolygonList = nullptr;
     SString itsStructureName;
     SGdsLayerFile* itsLayerFile;
     SString itsLayerFileName;

@@ -1,0 +1,80 @@
+#ifndef SGDSEXPANDER_H
+#define SGDSEXPANDER_H
+
+#include <cstdint>
+#include <vector>
+
+#include "SGdsPathConverter.h"
+#include "SPoint.h"
+#include "SString.h"
+
+class SGdsElement;
+class SGdsElementSref;
+class SGdsPolygonList;
+class SGdsStructure;
+class SGdsStructureList;
+
+// Flattens a structure: walks its tree of references with the placements on
+// the polygon list's transform stack, and turns every boundary, box and path
+// it reaches into a polygon of the list, in file order.
+//
+// The walk keeps its own stack of structures, so a hierarchy may nest as
+// deep as memory allows. Only the current path of expansion is held; nothing
+// is copied.
+class SGdsExpander
+{
+public:
+    SGdsExpander(SGdsStructureList& structures, SGdsPolygonList& polygons);
+
+    // An unknown name warns and makes nothing. False after its message when
+    // the walk must stop: a circular reference, an element without points.
+    bool ExpandStructure(const SString& name);
+
+    // Bytes that the polygons of a structure's boundaries, boxes and paths
+    // take at the least, every placement counted; saturates.
+    uint64_t MinimumMemory(SGdsStructure* structure) const;
+
+private:
+    struct Frame
+    {
+        SGdsStructure* structure;
+        size_t next;
+        // The reference at `next` has its placement on the transform stack.
+        bool placing;
+        int column;
+        int row;
+        SPoint columnStep;
+        SPoint rowStep;
+        int method;
+        SPoint savedOffset;
+        SPoint savedTranslation;
+    };
+
+    SGdsStructure* FindStructure(const SString& name);
+    bool Enter(SGdsStructure* structure);
+    bool ExpandElements(SGdsStructure* top);
+    bool ExpandLeaf(SGdsElement& element);
+    bool ExpandBoundary(SGdsElement& element);
+    // Starts the reference at the frame's element, or goes on after one of
+    // its placements; pushes the frame of the next structure to expand.
+    bool StepReference(Frame& frame);
+    bool BeginArray(Frame& frame, SGdsElementSref& reference);
+    void PlaceCell(Frame& frame, SGdsElementSref& reference);
+    void FinishReference(Frame& frame, SGdsElementSref& reference);
+    // On to the next cell of an array; false after the last placement.
+    bool Advance(Frame& frame, const SGdsElementSref& reference) const;
+    int GetArefMethod();
+    bool Abandon();
+
+    SGdsStructureList& itsStructures;
+    SGdsPolygonList& itsPolygons;
+    SGdsPathConverter itsPaths;
+    std::vector<Frame> itsFrames;
+    int itsArefMethod = 3;
+    bool itsArefMethodKnown = false;
+};
+
+// The flattening step: the named structure of the stream into the polygons.
+bool ExpandStructure(SGdsStructureList& structures, SGdsPolygonList& polygons, const SString& name);
+
+#endif
