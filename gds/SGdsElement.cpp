@@ -45,11 +45,5 @@ int64_t SGdsElementSref::GetSize(SGdsStructureList& list)
 
 int64_t SGdsElementAref::GetSize(SGdsStructureList& list)
 {
-    // Nested arrays of huge counts saturate rather than wrap.
-    int64_t size = list.GetSize(itsStructureName);
-    int64_t result;
-    if (__builtin_mul_overflow(size, int64_t(itsColumns), &result) ||
-        __builtin_mul_overflow(result, int64_t(itsRows), &result))
-        return (size < 0) != ((itsColumns < 0) != (itsRows < 0)) ? INT64_MIN : INT64_MAX;
-    return result;
+    return SaturatedMultiply(list.GetSize(itsStructureName), SaturatedMultiply(itsColumns, itsRows));
 }

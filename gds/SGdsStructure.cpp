@@ -31,22 +31,6 @@ bool SGdsStructure::AddElement(SGdsElement* element)
 
 namespace {
 
-int64_t SaturatedAdd(int64_t a, int64_t b)
-{
-    int64_t sum;
-    if (__builtin_add_overflow(a, b, &sum))
-        return b < 0 ? INT64_MIN : INT64_MAX;
-    return sum;
-}
-
-int64_t SaturatedMultiply(int64_t a, int64_t b)
-{
-    int64_t product;
-    if (__builtin_mul_overflow(a, b, &product))
-        return (a < 0) != (b < 0) ? INT64_MIN : INT64_MAX;
-    return product;
-}
-
 // How many placements of the referred structure an element stands for.
 int64_t Placements(const SGdsElement* element)
 {

@@ -9,6 +9,23 @@
 class SGdsElement;
 class SGdsStructureList;
 
+// Sizes of huge nested arrays saturate rather than wrap.
+inline int64_t SaturatedAdd(int64_t a, int64_t b)
+{
+    int64_t sum;
+    if (__builtin_add_overflow(a, b, &sum))
+        return b < 0 ? INT64_MIN : INT64_MAX;
+    return sum;
+}
+
+inline int64_t SaturatedMultiply(int64_t a, int64_t b)
+{
+    int64_t product;
+    if (__builtin_mul_overflow(a, b, &product))
+        return (a < 0) != (b < 0) ? INT64_MIN : INT64_MAX;
+    return product;
+}
+
 // A named structure with its elements in file order.
 class SGdsStructure : public SCollectableString
 {
