@@ -29,6 +29,8 @@ install: build
 
 bench: build
 	@bash bench/run.sh $(GDS)
+	@bash bench/translate.sh $(GDS)
+	@$(BUILD)/bench/geowrite
 
 # Sanitizer build of everything, tests included.
 sanitize: deps

@@ -1,12 +1,64 @@
 #include "SGeometryBlock.h"
 
+#include "SCircuit.h"
+#include "SFile.h"
+#include "SProject.h"
 #include "SProjectClassID.h"
+#include "SProjectErrorManager.h"
 
-SCOLLECTABLE_DEFINE(SGeometryBlock, SID_GEOMETRYBLOCK, &SVerbatimBlock::staticTypeInfo())
+SCOLLECTABLE_DEFINE(SGeometryBlock, SID_GEOMETRYBLOCK, &SFileBlock::staticTypeInfo())
+
+SGeometryBlock::SGeometryBlock(SProject* owner) : SFileBlock(owner, "GEO") {}
+
+SGeometryBlock::~SGeometryBlock() {}
+
+bool SGeometryBlock::ReadFirstLine(SFile& file) {
+  SString token;
+  itsLabel = file.GetToken(token) ? token : SString("GEO");
+  file.NextLine();
+  return true;
+}
+
+bool SGeometryBlock::ReadBody(SFile& file, SProjectErrorManager& errors) {
+  itsCircuit.reset(new SCircuit(itsOwner));
+  itsCircuit->SetAbbreviated(itsAbbreviated);
+  const int version = itsOwner != nullptr ? itsOwner->GetFileVersion() : 0;
+  if (!itsCircuit->ReadBody(file, errors, version)) {
+    errors.AddError(SProjectErrorManager::Error, LineOf(file), 5602, "Failed to read Geometry");
+    return false;
+  }
+  if (itsAbbreviated && !Skip(file)) {
+    errors.AddError(SProjectErrorManager::Error, LineOf(file), 5602, "Failed to read Geometry");
+    return false;
+  }
+  return true;
+}
+
+void SGeometryBlock::WriteBody(SProjectStream& out) {
+  if (itsCircuit) itsCircuit->WriteBody(out, Format());
+}
+
+void SGeometryBlock::SetDefaults() {
+  itsCircuit.reset(new SCircuit(itsOwner));
+  itsCircuit->InitNew();
+  itsPresent = true;
+}
+
+void SGeometryBlock::SetCircuit(SCircuit* circuit) {
+  itsCircuit.reset(circuit);
+  if (circuit != nullptr) circuit->SetProject(itsOwner);
+}
+
+SFileBlock* SGeometryBlock::Clone(SProject* owner) const {
+  // A circuit isn't copied: the copy reads the text of this one.
+  SGeometryBlock* copy = new SGeometryBlock(owner);
+  copy->itsLabel = itsLabel;
+  copy->itsAbbreviated = itsAbbreviated;
+  copy->itsPresent = itsPresent;
+  return copy;
+}
 
 bool SGeometryBlock::CheckFormat(int format, QStringList& problems) {
-  // The older forms of polygons are the circuit's to judge; a body kept as read has none.
-  (void)format;
   (void)problems;
-  return true;
+  return format > 6 || !itsCircuit;
 }

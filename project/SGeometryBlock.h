@@ -1,24 +1,40 @@
 #ifndef SGEOMETRYBLOCK_H
 #define SGEOMETRYBLOCK_H
 
-#include "SVerbatimBlock.h"
+#include "SFileBlock.h"
 
-// The layout: box, levels, polygons, ports and the geometry's variables.
-// Kept as it stands in the file until its own reader and writer take over ReadBody and
-// WriteBody.
-class SGeometryBlock : public SVerbatimBlock {
+#include <memory>
+
+class SCircuit;
+
+// GEO: the layout. The block owns the circuit and frames its body.
+class SGeometryBlock : public SFileBlock {
   SCOLLECTABLE_DECLARE(SGeometryBlock)
-  SCOLLECTABLE_COPYABLE(SGeometryBlock)
 public:
-  explicit SGeometryBlock(SProject* owner = nullptr) : SVerbatimBlock(owner, "GEO") {}
+  explicit SGeometryBlock(SProject* owner = nullptr);
+  ~SGeometryBlock() override;
 
-  // An abbreviated read stops the circuit at NUM (geometry and netlist projects).
-  void SetAbbreviated(bool on) { itsAbbreviated = on; }
-  bool IsAbbreviated() const { return itsAbbreviated; }
+  bool ReadFirstLine(SFile& file) override;
+  bool ReadBody(SFile& file, SProjectErrorManager& errors) override;
+  void WriteBody(SProjectStream& out) override;
+  void SetDefaults() override;
+  SFileBlock* Clone(SProject* owner) const override;
   // Formats above 6 can hold every geometry.
   bool CheckFormat(int format, QStringList& problems) override;
 
+  // An abbreviated read stops the circuit at NUM (geometry and netlist projects); such a
+  // circuit must not be written back.
+  void SetAbbreviated(bool on) { itsAbbreviated = on; }
+  bool IsAbbreviated() const { return itsAbbreviated; }
+
+  SCircuit* GetCircuit() const { return itsCircuit.get(); }
+  // Takes a circuit that was built elsewhere.
+  void SetCircuit(SCircuit* circuit);
+  const SString& GetLabel() const { return itsLabel; }
+
 private:
+  std::unique_ptr<SCircuit> itsCircuit;
+  SString itsLabel = "GEO";
   bool itsAbbreviated = false;
 };
 

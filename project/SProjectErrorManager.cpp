@@ -1,5 +1,7 @@
 #include "SProjectErrorManager.h"
 
+#include "SFile.h"
+
 #include "SVeloraError.h"
 
 #include <cstdarg>
@@ -100,5 +102,14 @@ const SProjectErrorEntry* SProjectErrorManager::Entry(size_t i) const {
 bool SProjectErrorManager::Contains(int messageId) const {
   for (const SCollectable* item : itsEntries)
     if (static_cast<const SProjectErrorEntry*>(item)->itsMessageId == static_cast<uint64_t>(messageId)) return true;
+  return false;
+}
+
+bool ReadFault(SProjectErrorManager& errors, const SFile& file, int message, int detail) {
+  const int line = static_cast<int>(file.LineCount());
+  if (detail != 0)
+    errors.AddPrefixedError(SProjectErrorManager::Error, line, message, detail);
+  else
+    errors.AddError(SProjectErrorManager::Error, line, message);
   return false;
 }

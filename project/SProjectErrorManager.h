@@ -55,4 +55,10 @@ private:
   int itsTitleId = 7140;
 };
 
+class SFile;
+
+// Files a read fault at the file's current line and answers false, so that readers can
+// `return ReadFault(...)`. With a detail the entry carries the detail's number.
+bool ReadFault(SProjectErrorManager& errors, const SFile& file, int message, int detail = 0);
+
 #endif

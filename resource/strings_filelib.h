@@ -11,6 +11,7 @@
 // file name first.
 
 // Geometry block
+string 5602 "%s"
 string 6002 "Invalid value in a polygon line."
 string 6005 "Negative value."
 string 6008 "Too few entries."

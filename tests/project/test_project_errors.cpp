@@ -207,11 +207,11 @@ TEST_F(ProjectTest, ValidateNeedsControlAndAGeometryOrNetwork) {
   ExpectEntry(nothing, 1, {7212, 3, -1});
 
   SProject fine;
-  ASSERT_TRUE(ReadText(fine, "FTYP VELPROJ 17\nCONTROL\nEND CONTROL\nGEO\nBOX\nEND GEO\n"));
+  ASSERT_TRUE(ReadText(fine, "FTYP VELPROJ 17\nCONTROL\nEND CONTROL\nGEO\nBOX 1 10 10 20 20 20 0\n 1 1 1 0 0 0 0\n 1 1 1 0 0 0 0\nNUM 0\nEND GEO\n"));
   EXPECT_TRUE(fine.Validate());
 
   SProject missingPart;
-  ASSERT_TRUE(ReadText(missingPart, "FTYP VELPROJ 17\nCONTROL\nEND CONTROL\nGEO\nEND GEO\nSMDFILES\n1 nowhere.s2p\nEND SMDFILES\n"));
+  ASSERT_TRUE(ReadText(missingPart, "FTYP VELPROJ 17\nCONTROL\nEND CONTROL\nGEO\nBOX 1 10 10 20 20 20 0\n 1 1 1 0 0 0 0\n 1 1 1 0 0 0 0\nNUM 0\nEND GEO\nSMDFILES\n1 nowhere.s2p\nEND SMDFILES\n"));
   EXPECT_FALSE(missingPart.Validate());
   ExpectEntry(missingPart, 0, {7213, 3, -1});
 }

@@ -1,5 +1,7 @@
 #include "ProjectTestSupport.h"
 
+#include "SCircuit.h"
+
 #include "S3dOptionsBlock.h"
 #include "SControlBlock.h"
 #include "SDimensionBlock.h"
@@ -65,19 +67,17 @@ FCAL 7.5
 END CONTROL
 GEO
 TMET "Lossless" 0 SUP 0 0 0 0
+BMET "Lossless" 0 SUP 0 0 0 0
 BOX 1 160 160 32 32 20 0
       50 1 1 0 0 0 0 "Air"
       10 9.8 1 0 0 0 0 "Alumina"
 NUM 1
-MET POL 0 1 1 N 1 1 1 100 100 0 0 0 Y
-5
+0 5 -1 N 1 1 1 100 100 0 0 0 Y
 10 10
 20 10
 20 20
 10 20
 10 10
-END
-DIM ANC YDIR 1
 END
 END GEO
 SUBDIV
@@ -146,7 +146,9 @@ TEST_F(ProjectTest, NewProjectWritesItsBlocksAndReadsBackTheSame) {
                                "DIM\nANG DEG\nCAP PF\nCON /OH\nFREQ GHZ\nIND NH\nLNG MIL\nRES OH\nEND DIM\n"
                                "CONTROL\nABS\nOPTIONS \nSPEED 0\nSUBSPLAM N\nEDGECHECK N\nCFMAX B\nCEPSY N\n"
                                "RES_ABS N\nCACHE_ABS 1\nTARG_ABS 300\nQ_ACC N\nEND CONTROL\n"
-                               "GEO\nEND GEO\n";
+                               "GEO\nTMET \"Lossless\" 0 SUP 0 0 0 0\nBMET \"Lossless\" 0 SUP 0 0 0 0\n"
+                               "BOX 1 160 160 32 32 20 0\n      0 1 1 0 0 0 0 \"Unnamed\"\n"
+                               "      0 1 1 0 0 0 0 \"Unnamed\"\nLORGN 0 160 U\nNUM 0\nEND GEO\n";
   const std::string written = WriteText(project);
   EXPECT_EQ(written, expected);
   // A QSG block made here isn't written; read from a file it is.
@@ -172,10 +174,11 @@ TEST_F(ProjectTest, EveryKeywordSurvivesAReadAndTwoWrites) {
                              "METALS YES\nUSED NO\nEND QSG\n"));
   EXPECT_TRUE(Contains(once, "3DOPTIONS\nGLOBAL 2.5\nLAYERS\n1\n2\nEND\nEND 3DOPTIONS\n"));
   EXPECT_TRUE(Contains(once, "SMDFILES\n1 \"parts/cap one.s2p\"\n2 \"parts/ind.s2p\"\nEND SMDFILES\n"));
+  EXPECT_TRUE(Contains(once, "END CONTROL\nGEO\nTMET \"Lossless\" 0 SUP 0 0 0 0\nBMET \"Lossless\" 0 SUP 0 0 0 0\n"
+                             "BOX 1 160 160 32 32 20 0\n      50 1 1 0 0 0 0 \"Air\"\n"
+                             "      10 9.8 1 0 0 0 0 \"Alumina\"\nLORGN 0 160 U\nNUM 1\n"));
   // Blocks still without their own reader come back line for line, in the write order.
-  EXPECT_TRUE(Contains(once, "END CONTROL\nGEO\nTMET \"Lossless\" 0 SUP 0 0 0 0\nBOX 1 160 160 32 32 20 0\n"
-                             "      50 1 1 0 0 0 0 \"Air\"\n"));
-  EXPECT_TRUE(Contains(once, "10 10\nEND\nDIM ANC YDIR 1\nEND\nEND GEO\nSUBDIV\nXDIR 10 \"a b\"\nEND SUBDIV\n"
+  EXPECT_TRUE(Contains(once, "10 10\nEND\nEND GEO\nSUBDIV\nXDIR 10 \"a b\"\nEND SUBDIV\n"
                              "OPT\nMAX 100\nVARS\nEND\nEND OPT\nVARSWP\nSWEEP 1 10 1\nEND VARSWP\n"
                              "FILEOUT\nTS D Y $BASENAME.s2p\nEND FILEOUT\nQSG\n"));
   EXPECT_TRUE(Contains(once, "END QSG\nINTERFACE\nLAYOUT on\nEND INTERFACE\nTRANSLATOR\nGDS one two\nEND TRANSLATOR\n"
@@ -211,7 +214,7 @@ TEST_F(ProjectTest, ReadValuesLandInTheBlocks) {
   EXPECT_DOUBLE_EQ(project.Get3dOptionsBlock()->GetScale(7), 1.0);
   // Component files are absolute in memory.
   EXPECT_EQ(project.GetSMDBlock()->GetFile(1), Path("parts/cap one.s2p"));
-  EXPECT_EQ(project.GetGeometryBlock()->GetLines().size(), 15);
+  EXPECT_EQ(project.GetGeometryBlock()->GetCircuit()->CountPolygons(), 1);
 }
 
 TEST_F(ProjectTest, OlderFormsReadAndWriteInTheCurrentForm) {
@@ -300,9 +303,11 @@ TEST_F(ProjectTest, FormatTableGovernsTheFirstLinesAndFormatConditions) {
   EXPECT_TRUE(Contains(WriteText(project), "EDGECHECK N 1 TECHLAY\n"));
   // Below format 2 only the geometry body stands in the file.
   SProjectFormat::SetWriteFormat(1);
-  project.GetGeometryBlock()->SetLines(QStringList{"BOX 1 2 3"});
-  project.GetGeometryBlock()->SetPresent(true);
-  EXPECT_EQ(WriteText(project), "BOX 1 2 3\n");
+  project.GetGeometryBlock()->SetDefaults();
+  const std::string single = WriteText(project);
+  EXPECT_EQ(single.substr(0, 9), "VER 6.0c\n");
+  EXPECT_TRUE(Contains(single, "\nBOX 1 160 160 32 32 20 0\n"));
+  EXPECT_FALSE(Contains(single, "GEO"));
 }
 
 TEST_F(ProjectTest, SmallBlocksWriteTheirShortForms) {

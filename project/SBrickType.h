@@ -1,0 +1,46 @@
+#ifndef SBRICKTYPE_H
+#define SBRICKTYPE_H
+
+#include "SEnclosure.h"
+#include "SMaterialTypeData.h"
+#include "SValueVar.h"
+
+class SDimensionBlock;
+class SProjectStream;
+
+class SBrickTypeData : public SMaterialTypeData {
+public:
+  enum Axis { Isotropic = 0, X = 1, Y = 2, Z = 3 };
+  enum Definition { UserBrick = 0, Air = 1 };
+
+  SBrickTypeData();
+
+  // Per axis (isotropic, X, Y, Z).
+  SValueVarDouble itsEps[4];
+  SValueVarDouble itsLoss[4];
+  SValueVarDouble itsLossTan[4];
+  SValueVarDouble itsMuRel[4];
+  SValueVarDouble itsMagLossTan[4];
+  // 1 isotropic, 0 anisotropic.
+  int itsParmType = 1;
+  int itsDefinition = UserBrick;
+};
+
+class SBrickType : public SEnclosure, public SBrickTypeData {
+  SCOLLECTABLE_DECLARE(SBrickType)
+public:
+  SBrickType();
+  SBrickType(const SString& name, int parmType, int pattern);
+
+  SString GetName() const override { return itsTypeName; }
+  void SetName(const SString& name) { SetTypeName(name); }
+  bool IsChanged() const override { return itsChanged != 0; }
+  void SetChanged(bool on) override { itsChanged = on ? 1 : 0; }
+  bool IsFromSTF() const override { return !itsTechFile.isEmpty(); }
+  int GetDefinition() const { return itsDefinition; }
+  bool IsSameAs(const SBrickType& other) const;
+
+  void Write(SProjectStream& out, int format, const SDimensionBlock* dim) const;
+};
+
+#endif

@@ -1,0 +1,546 @@
+#include "SCircuit.h"
+
+#include "SBrickPolygon.h"
+#include "SDimensionBlock.h"
+#include "SFile.h"
+#include "SFileBlock.h"
+#include "SGeoClassID.h"
+#include "SGeoObjectIO.h"
+#include "SLevel.h"
+#include "SMarker.h"
+#include "SMaterialTypeData.h"
+#include "SMaterialTypeIO.h"
+#include "SNumberFormat.h"
+#include "SProject.h"
+#include "SProjectErrorManager.h"
+#include "SProjectStream.h"
+#include "SVeloraDirectoryInstance.h"
+#include "SVeloraTrace.h"
+#include "SViaPolygon.h"
+
+#include <QFile>
+#include <QTextStream>
+
+#include <QDir>
+#include <QFileInfo>
+
+SCOLLECTABLE_DEFINE(SCircuit, SID_CIRCUIT, &SEnclosure::staticTypeInfo())
+
+// ---- box data
+
+SCircuitData::SCircuitData() : itsCircuitSize(160.0, 160.0) {
+  itsNumCellsX.SetName("Box Num Cells in X");
+  itsNumCellsY.SetName("Box Num Cells in Y");
+  itsNumCellsX.SetValue(16);
+  itsNumCellsY.SetValue(16);
+}
+
+SSize SCircuitData::GetCellSize() const {
+  const int nx = GetNumCellsX(), ny = GetNumCellsY();
+  return SSize(nx > 0 ? itsCircuitSize.width() / nx : 0.0, ny > 0 ? itsCircuitSize.height() / ny : 0.0);
+}
+
+const char* SCircuitData::SnapAngleText(int code) {
+  switch (code) {
+  case Snap90: return "90";
+  case Snap30: return "30";
+  case Snap22_5: return "22.5";
+  case Snap5: return "5";
+  default: return "45";
+  }
+}
+
+int SCircuitData::SnapAngleCode(const SString& text) {
+  for (int code : {Snap90, Snap30, Snap22_5, Snap5})
+    if (text == SnapAngleText(code)) return code;
+  return Snap45;
+}
+
+// ---- circuit
+
+SCircuit::SCircuit(SProject* project) : itsProject(project) {}
+
+SCircuit::~SCircuit() {
+  for (SReadMetal*& data : itsReadMetal) {
+    SMaterialTypeIO::DeleteReadMetal(data);
+    data = nullptr;
+  }
+  itsAnnotations.clearAndDestroy();
+  delete itsLocalOrigin;
+}
+
+void SCircuit::InitNew() {
+  SMaterialTypeIO::CreateBuiltInTypes(*this);
+  AddLevel();
+  AddLevel();
+  SGeoObjectIO::CreateBoxRefPlanes(*this);
+  delete itsLocalOrigin;
+  itsLocalOrigin = new SMarker;
+  itsLocalOrigin->SetPosition(SPoint(0.0, itsCircuitSize.height()));
+}
+
+SLevel* SCircuit::GetLevel(int index) const {
+  return index >= 0 && index < GetNumberOfLevels() ? itsLevels[static_cast<size_t>(index)] : nullptr;
+}
+
+SLevel* SCircuit::AddLevel() {
+  SLevel* level = new SLevel(this, GetNumberOfLevels());
+  level->SetProject(itsProject);
+  itsLevels.push_back(level);
+  return level;
+}
+
+void SCircuit::SetNumberOfLevels(int count) {
+  if (count < 0) count = 0;
+  while (GetNumberOfLevels() > count) {
+    SLevel* level = itsLevels.back();
+    itsLevels.pop_back();
+    RemoveChild(level);
+    delete level;
+  }
+  while (GetNumberOfLevels() < count) AddLevel();
+}
+
+namespace {
+bool KindMatches(const SBaseEnclosure* node, int kind) {
+  const ClassID id = node->isA();
+  switch (kind) {
+  case SCircuit::MetalPolygons: return id == SID_METALPOLYGON;
+  case SCircuit::ViaPolygons: return id == SID_VIAPOLYGON;
+  case SCircuit::BrickPolygons: return id == SID_BRICKPOLYGON;
+  case SCircuit::MetalAndVia: return id == SID_METALPOLYGON || id == SID_VIAPOLYGON;
+  default: return id == SID_METALPOLYGON || id == SID_VIAPOLYGON || id == SID_BRICKPOLYGON;
+  }
+}
+
+// Groups nest; an explicit stack keeps a deep file from running the call stack out.
+template <class Visit> void WalkShapes(const SBaseEnclosure* root, bool recursive, Visit visit) {
+  std::vector<std::pair<const SBaseEnclosure*, size_t>> stack;
+  stack.emplace_back(root, 0);
+  while (!stack.empty()) {
+    auto& top = stack.back();
+    if (top.second >= top.first->GetNumberOfChildren()) {
+      stack.pop_back();
+      continue;
+    }
+    const SBaseEnclosure* child = top.first->GetChild(top.second++);
+    const ClassID id = child->isA();
+    if (id == SID_OBJECTENCLOSURE) {
+      if (recursive) stack.emplace_back(child, 0);
+    } else if (id == SID_METALPOLYGON || id == SID_VIAPOLYGON || id == SID_BRICKPOLYGON) {
+      visit(child);
+    }
+  }
+}
+}  // namespace
+
+void SCircuit::CollectPolygons(std::vector<SEnclosure*>& list, int kind, bool recursive) const {
+  for (const SLevel* level : itsLevels)
+    WalkShapes(level, recursive, [&](const SBaseEnclosure* node) {
+      if (KindMatches(node, kind)) list.push_back(const_cast<SEnclosure*>(static_cast<const SEnclosure*>(node)));
+    });
+}
+
+long long SCircuit::CountPolygons() const {
+  long long n = 0;
+  for (const SLevel* level : itsLevels) WalkShapes(level, true, [&](const SBaseEnclosure*) { ++n; });
+  return n;
+}
+
+bool SCircuit::IsMaterialUsed(const SMaterialTypeData* type) const {
+  if (type == nullptr) return false;
+  bool used = false;
+  for (const SLevel* level : itsLevels) {
+    WalkShapes(level, true, [&](const SBaseEnclosure* node) {
+      if (node->isA() != SID_BRICKPOLYGON && static_cast<const SMetalPolygon*>(node)->GetMaterial() == type)
+        used = true;
+    });
+    if (used) return true;
+  }
+  std::vector<STechLayer*> layers;
+  GetTechLayers(layers);
+  for (const STechLayer* layer : layers)
+    if (SGeoObjectIO::TechLayerUses(layer, type)) return true;
+  return false;
+}
+
+void SCircuit::PrepareForSave() {
+  // Levels keep their polygons in the order they were added; nothing to derive yet.
+}
+
+void SCircuit::Move(const SPoint& delta) {
+  std::vector<SEnclosure*> shapes;
+  CollectPolygons(shapes);
+  for (SEnclosure* shape : shapes) {
+    if (shape->isA() == SID_BRICKPOLYGON)
+      static_cast<SBrickPolygon*>(shape)->MoveVertices(delta);
+    else
+      static_cast<SMetalPolygon*>(shape)->MoveVertices(delta);
+  }
+}
+
+const SDimensionBlock* SCircuit::GetDimensions() const {
+  return itsProject != nullptr ? itsProject->GetDimensionBlock() : nullptr;
+}
+
+SString SCircuit::ProjectDirectory() const {
+  if (itsProject == nullptr || itsProject->GetFileName().isEmpty()) return SString();
+  return SString(QFileInfo(itsProject->GetFileName().qstring()).absolutePath());
+}
+
+SString SCircuit::ProjectRelative(const SString& name) const {
+  const SString dir = ProjectDirectory();
+  return dir.isEmpty() ? name : SString(QDir(dir.qstring()).relativeFilePath(name.qstring()));
+}
+
+double SCircuit::FileLengthFactor() const {
+  const SDimensionBlock* dim = GetDimensions();
+  return dim != nullptr ? dim->ToFileLength(1.0) : 1.0;
+}
+
+QStringList SCircuit::LoadPatternNames(const SString& path) {
+  QStringList names;
+  QFile file(path.qstring());
+  if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    VeloraTrace(1, TRACE_GENERAL, "SCircuit: Could not open pattern file");
+    return names;
+  }
+  QTextStream in(&file);
+  while (!in.atEnd()) {
+    const QStringList fields = in.readLine().split(' ', Qt::SkipEmptyParts);
+    if (fields.size() < 2 || fields[0].startsWith('#')) continue;
+    bool ok = false;
+    const int number = fields[0].toInt(&ok);
+    if (!ok || number < 0 || number > 4096) continue;
+    while (names.size() <= number) names << QString();
+    names[number] = fields[1];
+  }
+  return names;
+}
+
+const QStringList& SCircuit::PatternNames(bool bricks) {
+  static const auto load = [](const char* name) {
+    SVeloraDirectoryInstance* dirs = SVeloraDirectoryInstance::Instance();
+    if (dirs == nullptr) return QStringList();
+    return LoadPatternNames(dirs->GetResourceDir() + "/patterns/" + name);
+  };
+  static const QStringList metal = load("metal.dat");
+  static const QStringList brick = load("brick.dat");
+  return bricks ? brick : metal;
+}
+
+SMetalPolygon* SCircuit::FindPolygonById(long long id) const { return itsPolygonsById.value(id, nullptr); }
+
+// ---- writing
+
+void SCircuit::WriteBody(SProjectStream& out, int format) {
+  SProjectDigits digits(out, SNumberFormat::Geometry);
+  const double feet = FileLengthFactor();
+  if (format < 2) {
+    out << "VER 6.0c\n";
+    if (!itsOldDate.isEmpty()) out << "DAT " << itsOldDate << '\n';
+  }
+  if (format >= 21 && !itsTechFile.isEmpty()) {
+    out << "STF ";
+    out.Name(ProjectRelative(itsTechFile));
+    out << '\n';
+  }
+  if (itsSymmetric) out << "SYM\n";
+  if (format >= 17) {
+    if (itsAutoHeightVias) out << "VGMODE STOP\n";
+    if (itsSnapAngle != Snap45) out << "SNPANG " << SnapAngleText(itsSnapAngle) << '\n';
+  }
+  SGeoObjectIO::WriteBoxRefPlanes(out, *this, format);
+  if (format < 21) SGeoObjectIO::WriteParallelSubs(out, *this, format);
+  SMaterialTypeIO::WriteCovers(out, *this, format);
+  SMaterialTypeIO::NumberAndWriteTypes(out, *this, format);
+
+  const int levelField = itsTechFile.isEmpty() ? GetNumberOfLevels() - 1 : 0;
+  out << "BOX " << levelField << ' ' << itsCircuitSize.width() * feet << ' ' << itsCircuitSize.height() * feet << ' '
+      << 2 * GetNumCellsX() << ' ' << 2 * GetNumCellsY() << ' ' << itsSubsPerLambda << ' ' << itsEeff << '\n';
+  if (itsTechFile.isEmpty())
+    for (const SLevel* level : itsLevels) level->WriteDielectric(out, format, GetDimensions());
+  if (format >= 15 && (itsNumCellsX.HasEquation() || itsNumCellsY.HasEquation())) {
+    out << "VNCELLS ";
+    itsNumCellsX.WriteValue(out);
+    out << ' ';
+    itsNumCellsY.WriteValue(out);
+    out << '\n';
+  }
+  if (format >= 15) SGeoObjectIO::WriteTechLayers(out, *this, format);
+  if (format >= 2) {
+    for (const QString& line : itsVariableLines) out << SString(line) << '\n';
+    SGeoObjectIO::WriteDimensions(out, *this, format);
+  }
+  if (format >= 11 && itsLocalOrigin != nullptr) itsLocalOrigin->Write(out, feet);
+  SGeoObjectIO::WriteViasAndPorts(out, *this, format);
+  if (format >= 7) SGeoObjectIO::WriteCoupledGroups(out, *this, format);
+  out << "NUM " << CountPolygons() << '\n';
+  WritePolygons(out, format);
+}
+
+void SCircuit::WritePolygons(SProjectStream& out, int format) const {
+  const double feet = FileLengthFactor();
+  for (const SLevel* level : itsLevels) {
+    const int index = level->GetIndex();
+    WalkShapes(level, true, [&](const SBaseEnclosure* node) {
+      switch (node->isA()) {
+      case SID_VIAPOLYGON: static_cast<const SViaPolygon*>(node)->Write(out, index, format); break;
+      case SID_BRICKPOLYGON: static_cast<const SBrickPolygon*>(node)->Write(out, index, format, feet); break;
+      default: static_cast<const SMetalPolygon*>(node)->Write(out, index, format); break;
+      }
+    });
+  }
+}
+
+// ---- reading
+
+namespace {
+
+
+bool StartsLikeValue(const SString& token) {
+  if (token.isEmpty()) return false;
+  const QChar c = token.first();
+  return c.isDigit() || c == '-' || c == '+' || c == '.' || c == '"' || c == '=' || c == '<';
+}
+}  // namespace
+
+bool SCircuit::ReadBox(SFile& file, SProjectErrorManager& errors) {
+  int levels = 0;
+  if (!file.GetInt(levels) || levels < 0) return ReadFault(errors, file, 6059);
+  double width = 0, height = 0;
+  if (!file.GetDouble(width) || !file.GetDouble(height)) return ReadFault(errors, file, 6077);
+  const double feet = FileLengthFactor();
+  itsCircuitSize = SSize(width / feet, height / feet);
+  int cellsX = 0, cellsY = 0;
+  if (!file.GetInt(cellsX) || !file.GetInt(cellsY)) return ReadFault(errors, file, 6078);
+  // The file holds twice the count.
+  cellsX /= 2;
+  cellsY /= 2;
+  SetNumCells(cellsX < 3 ? 3 : cellsX, cellsY < 3 ? 3 : cellsY);
+  if (!file.GetInt(itsSubsPerLambda)) return ReadFault(errors, file, 6079);
+  if (!file.GetDouble(itsEeff)) return ReadFault(errors, file, 6080);
+  if (itsEeff < 0) return ReadFault(errors, file, 6005, 6080);
+  SetNumberOfLevels(0);
+  for (int i = 0; i <= levels; ++i) {
+    SString token;
+    if (!file.NextLine() || !StartsLikeValue(file.CurrentLine().stripped())) return ReadFault(errors, file, 6016);
+    SLevel* level = AddLevel();
+    level->SetLine(file.LineCount());
+    if (!level->ReadDielectric(file, errors)) return false;
+  }
+  return true;
+}
+
+// One line of the body before the polygons. `stop` ends the loop (NUM of an abbreviated read).
+bool SCircuit::ReadLine(SFile& file, SProjectErrorManager& errors, const SString& keyword, bool& stop) {
+  using M = SFileBlock;
+  SString token;
+  if (M::Match(keyword, "VER")) {
+    file.GetRestOfLine(itsOldVersion);
+  } else if (M::Match(keyword, "BUI")) {
+  } else if (M::Match(keyword, "DAT")) {
+    file.GetRestOfLine(itsOldDate);
+  } else if (M::Match(keyword, "LEN")) {
+    file.GetToken(itsUnits.itsName);
+    file.GetDouble(itsUnits.itsFactor);
+  } else if (M::Match(keyword, "REF")) {
+    return SGeoObjectIO::ReadOldRefLine(file, *this, errors);
+  } else if (M::Match(keyword, "DRP1")) {
+    return SGeoObjectIO::ReadBoxRefPlane(file, *this, errors);
+  } else if (M::Match(keyword, "PSB1")) {
+    return SGeoObjectIO::ReadParallelSubs(file, *this, errors);
+  } else if (M::Match(keyword, "ANN")) {
+    SString text;
+    if (!file.GetRestOfLine(text) || text.isEmpty()) return ReadFault(errors, file, 6111);
+    itsAnnotations.append(new SCollectableString(text));
+  } else if (M::Match(keyword, "BOX")) {
+    return ReadBox(file, errors);
+  } else if (M::Match(keyword, "VNCELLS")) {
+    if (!itsNumCellsX.ReadValueToken(file) || !itsNumCellsY.ReadValueToken(file)) return ReadFault(errors, file, 6078);
+  } else if (M::Match(keyword, "SYM")) {
+    itsSymmetric = true;
+  } else if (M::Match(keyword, "VGMODE")) {
+    if (file.GetUpperToken(token) && token == "STOP" && itsViaAutoHeightAllowed) itsAutoHeightVias = true;
+  } else if (M::Match(keyword, "SNPANG")) {
+    file.GetToken(token);
+    itsSnapAngle = SnapAngleCode(token);
+  } else if (M::Match(keyword, "POR")) {
+    return SGeoObjectIO::ReadPort(file, *this, keyword, errors);
+  } else if (M::Match(keyword, "VIA") || M::Match(keyword, "EVIA")) {
+    return SGeoObjectIO::ReadEdgeVia(file, *this, keyword, errors);
+  } else if (M::Match(keyword, "LORGN")) {
+    if (itsLocalOrigin == nullptr) itsLocalOrigin = new SMarker;
+    itsLocalOrigin->Read(file, errors, FileLengthFactor());
+  } else if (M::Match(keyword, "DIM")) {
+    return SGeoObjectIO::ReadDimension(file, *this, errors);
+  } else if (M::Match(keyword, "GEOVAR") || M::Match(keyword, "VALVAR") || M::Match(keyword, "VCNSTR")) {
+    SString text;
+    file.GetLine(text);
+    itsVariableLines << text.qstring();
+  } else if (M::Match(keyword, "CUPGRP")) {
+    return SGeoObjectIO::ReadCoupledGroup(file, *this, errors);
+  } else if (M::Match(keyword, "NUM")) {
+    long long count = 0;
+    if (!file.GetLong(count) || count < 0) return ReadFault(errors, file, 6064);
+    itsEndReached = true;
+    if (itsAbbreviated) {
+      stop = true;
+      return true;
+    }
+    return ReadPolygons(file, errors, count);
+  } else if (M::Match(keyword, "TME") || M::Match(keyword, "BME") || M::Match(keyword, "TOP") ||
+             M::Match(keyword, "TON") || M::Match(keyword, "BOT") || M::Match(keyword, "BON")) {
+    return SMaterialTypeIO::ReadCoverLine(file, *this, keyword, errors);
+  } else if (M::Match(keyword, "MET") || M::Match(keyword, "RES") || M::Match(keyword, "REN")) {
+    return SMaterialTypeIO::ReadMetalLine(file, *this, keyword, errors);
+  } else if (M::Match(keyword, "BRI") || M::Match(keyword, "BRA") || M::Match(keyword, "BRL") ||
+             M::Match(keyword, "PRI") || M::Match(keyword, "PRA") || M::Match(keyword, "PRN")) {
+    return SMaterialTypeIO::ReadBrickLine(file, *this, keyword, errors);
+  } else if (M::Match(keyword, "TECHLAY")) {
+    return SGeoObjectIO::ReadTechLayer(file, *this, errors);
+  } else if (M::Match(keyword, "STF")) {
+    SString name;
+    file.GetToken(name);
+    if (name.startsWith("\"") && name.endsWith("\"") && name.length() >= 2) name = name.mid(1, name.length() - 2);
+    const SString dir = ProjectDirectory();
+    itsTechFile = dir.isEmpty() || QFileInfo(name.qstring()).isAbsolute()
+                      ? name
+                      : SString(QDir(dir.qstring()).absoluteFilePath(name.qstring()));
+  } else if (keyword.startsWith("!")) {
+  } else {
+    return ReadFault(errors, file, 6024);
+  }
+  return true;
+}
+
+bool SCircuit::ReadBody(SFile& file, SProjectErrorManager& errors, int version) {
+  (void)version;
+  SMaterialTypeIO::CreateBuiltInTypes(*this);
+  SGeoObjectIO::CreateBoxRefPlanes(*this);
+  delete itsLocalOrigin;
+  itsLocalOrigin = new SMarker;
+  itsLocalOrigin->SetPosition(SPoint(0.0, itsCircuitSize.height()));
+  bool originRead = false;
+  for (;;) {
+    SString keyword;
+    if (file.PeekToken(keyword)) {
+      if (SFileBlock::Match(keyword, "END")) break;
+      file.GetToken(keyword);
+      if (SFileBlock::Match(keyword, "LORGN")) originRead = true;
+      bool stop = false;
+      if (!ReadLine(file, errors, keyword, stop)) return false;
+      if (stop) return true;
+      // The polygon reader stops on the block's END line.
+      if (itsEndReached) {
+        if (file.PeekToken(keyword) && SFileBlock::Match(keyword, "END")) break;
+      }
+    }
+    if (!file.NextLine()) break;
+  }
+  // A file without LORGN has its origin at the top left corner of the box read.
+  if (!originRead) itsLocalOrigin->SetPosition(SPoint(0.0, itsCircuitSize.height()));
+  if (GetNumberOfLevels() < 2) return ReadFault(errors, file, 6008, 6114);
+  if (!BindMaterials(errors)) return false;
+  if (!SGeoObjectIO::ResolveReferences(*this, errors, itsAbbreviated)) return false;
+  itsPolygonsById.clear();
+  if (!SMaterialTypeIO::ResolveCovers(*this, errors)) return false;
+  SortTypes();
+  return true;
+}
+
+bool SCircuit::ReadPolygons(SFile& file, SProjectErrorManager& errors, long long count) {
+  itsPolygonsById.reserve(static_cast<int>(std::min<long long>(count, 1 << 20)));
+  SString token, second;
+  for (long long i = 0; i < count; ++i) {
+    if (!file.NextLine()) break;
+    file.PeekToken(token);
+    SEnclosure* shape = nullptr;
+    long long level = 0;
+    bool ok = false;
+    if (SFileBlock::Match(token, "END")) {
+      // More polygons promised than there are: the block's END ends the loop.
+      SString line;
+      file.GetLine(line);
+      if (line.stripped().upper() == "END GEO" || line.upper().startsWith("END GEO")) return true;
+      return ReadFault(errors, file, 6180);
+    }
+    const SString upper = token.upper();
+    if (upper == "MET" || upper == "BRI" || upper == "VIA") {
+      file.NextToken();
+      file.PeekToken(second);
+      second = second.upper();
+      file.RewindLine();
+    } else {
+      second.clear();
+    }
+    if ((upper == "MET" || upper == "BRI") && second.startsWith("ELM")) {
+      // Parametric elements are made by the drawing tools only.
+      return ReadFault(errors, file, 6024);
+    }
+    const int lineNumber = static_cast<int>(file.LineCount());
+    if (upper == "BRI") {
+      if (!file.NextLine()) return ReadFault(errors, file, 6065);
+      SBrickPolygon* brick = new SBrickPolygon;
+      ok = brick->Read(file, errors, level, FileLengthFactor());
+      shape = brick;
+    } else if (upper == "VIA" && second == "POLYGON") {
+      if (!file.NextLine()) return ReadFault(errors, file, 6065);
+      SViaPolygon* via = new SViaPolygon;
+      ok = via->Read(file, errors, level);
+      shape = via;
+    } else {
+      SMetalPolygon* metal = new SMetalPolygon;
+      ok = metal->Read(file, errors, level);
+      shape = metal;
+    }
+    if (!ok) {
+      delete shape;
+      return false;
+    }
+    SLevel* owner = level >= 0 && level < GetNumberOfLevels() ? GetLevel(static_cast<int>(level)) : nullptr;
+    if (owner == nullptr) {
+      delete shape;
+      errors.AddPrefixedError(SProjectErrorManager::Error, lineNumber, 6002, 6059);
+      return false;
+    }
+    owner->AddChild(shape);
+    NoteId(shape->GetId());
+    if (shape->isA() != SID_BRICKPOLYGON) itsPolygonsById.insert(shape->GetId(), static_cast<SMetalPolygon*>(shape));
+  }
+  return true;
+}
+
+// Material numbers of the polygon lines become types: metal and via types share one
+// sequence, bricks have their own, shifted by one so that 0 is "Air".
+bool SCircuit::BindMaterials(SProjectErrorManager& errors) {
+  QHash<int, SMaterialTypeData*> metals, bricks;
+  for (size_t i = 0; i < GetNumberOfChildren(); ++i) {
+    SBaseEnclosure* child = GetChild(i);
+    SMaterialTypeData* type = SMaterialTypeIO::AsMaterialType(static_cast<SEnclosure*>(child));
+    if (type == nullptr || type->GetFileId() < 0) continue;
+    (child->isA() == SID_BRICKTYPE ? bricks : metals).insert(type->GetFileId(), type);
+  }
+  bool ok = true;
+  for (const SLevel* level : itsLevels) {
+    WalkShapes(level, true, [&](const SBaseEnclosure* node) {
+      SShapeData* shape = node->isA() == SID_BRICKPOLYGON
+                              ? static_cast<SShapeData*>(const_cast<SBrickPolygon*>(static_cast<const SBrickPolygon*>(node)))
+                              : static_cast<SShapeData*>(const_cast<SMetalPolygon*>(static_cast<const SMetalPolygon*>(node)));
+      const int n = shape->GetFileMaterial();
+      const bool brick = node->isA() == SID_BRICKPOLYGON;
+      if (brick ? n <= 0 : n < 0) {
+        shape->SetMaterial(nullptr);
+        return;
+      }
+      SMaterialTypeData* type = (brick ? bricks : metals).value(brick ? n - 1 : n, nullptr);
+      if (type == nullptr && ok) {
+        errors.AddPrefixedError(SProjectErrorManager::Error,
+                                static_cast<int>(static_cast<const SEnclosure*>(node)->GetLine()), 6028, 6121);
+        ok = false;
+      }
+      shape->SetMaterial(type);
+    });
+  }
+  return ok;
+}

@@ -1,0 +1,73 @@
+#ifndef SMETALTYPE_H
+#define SMETALTYPE_H
+
+#include "SEnclosure.h"
+#include "SMaterialTypeData.h"
+#include "SValueVar.h"
+
+class SFile;
+class SProjectErrorManager;
+class SProjectStream;
+class SDimensionBlock;
+
+// A planar metal's model.
+class SMetalTypeData : public SMaterialTypeData {
+public:
+  enum Definition { UserMetal = 0, WGLoad = 1, Lossless = 2, FreeSpace = 3 };
+  enum Location { PlainMetal = 0, TopCover = 1, BottomCover = 2 };
+  enum Specification { Normal = 0, ThickMetal = 1, Resistor = 2, RdcRrf = 3, General = 4, Rough = 5, Sense = 6 };
+
+  SMetalTypeData();
+
+  int GetDefinition() const { return itsDefinition; }
+  void SetDefinition(int d) { itsDefinition = d; }
+  int GetLocation() const { return itsLocation; }
+  void SetLocation(int l) { itsLocation = l; }
+  int GetSpecification() const { return itsSpecification; }
+  void SetSpecification(int s) { itsSpecification = s; }
+
+  SValueVarDouble itsRdc;
+  SValueVarDouble itsRrf;
+  SValueVarDouble itsXdc;
+  SValueVarDouble itsLs;
+  SValueVarDouble itsConductivity;
+  bool itsCondIsInf = true;
+  SValueVarDouble itsCurrentRatio;
+  SValueVarDouble itsThickness;
+  SValueVarDouble itsTopRoughness;
+  SValueVarDouble itsBottomRoughness;
+  int itsDefinition = UserMetal;
+  int itsLocation = PlainMetal;
+  int itsSpecification = Normal;
+  SValueVarDouble itsNumSheets;
+  int itsRoughnessType = 0;
+  int itsRoughnessModel = 0;
+  int itsThickDirection = 0;
+};
+
+class SMetalType : public SEnclosure, public SMetalTypeData {
+  SCOLLECTABLE_DECLARE(SMetalType)
+public:
+  SMetalType();
+  SMetalType(const SString& name, int definition, int pattern, int specification, double rdc, double rrf,
+             double xdc, double ls);
+
+  SString GetName() const override { return itsTypeName; }
+  void SetName(const SString& name) { SetTypeName(name); }
+  bool IsChanged() const override { return itsChanged != 0; }
+  void SetChanged(bool on) override { itsChanged = on ? 1 : 0; }
+  bool IsFromSTF() const override { return !itsTechFile.isEmpty(); }
+  bool IsSameAs(const SMetalType& other) const;
+
+  // MET, TMET or BMET by location.
+  void Write(SProjectStream& out, int format, const SDimensionBlock* dim) const;
+};
+
+#endif
+
+// A TMET or BMET line as read, kept until the block's types are known.
+class SReadMetal : public SMetalType {
+  SCOLLECTABLE_DECLARE(SReadMetal)
+public:
+  SReadMetal() {}
+};

@@ -1,0 +1,53 @@
+#ifndef SVIAMETALTYPE_H
+#define SVIAMETALTYPE_H
+
+#include "SEnclosure.h"
+#include "SMaterialTypeData.h"
+#include "SValueVar.h"
+
+class SDimensionBlock;
+class SMetalType;
+class SProjectStream;
+
+class SViaMetalTypeData : public SMaterialTypeData {
+public:
+  enum Specification { Volume = 0, Surface = 1, Array = 2 };
+
+  SViaMetalTypeData(bool infinite = true, bool solid = true);
+
+  SValueVarDouble itsRdc;
+  SValueVarDouble itsRrf;
+  SValueVarDouble itsXdc;
+  SValueVarDouble itsFillFactor;
+  SValueVarDouble itsViaDensity;
+  bool itsCondIsInf = true;
+  bool itsIsSolid = true;
+  SValueVarDouble itsConductivity;
+  SValueVarDouble itsWallThickness;
+  int itsSpecification = Volume;
+  int itsLinkedMetalIndex = -1;
+  SString itsLinkedMetalName;
+  SMetalType* itsLinkedMetal = nullptr;
+  // 1 for the built-in "Lossless".
+  int itsDefinition = 0;
+};
+
+class SViaMetalType : public SEnclosure, public SViaMetalTypeData {
+  SCOLLECTABLE_DECLARE(SViaMetalType)
+public:
+  SViaMetalType();
+  SViaMetalType(const SString& name, int pattern, bool infinite, bool solid, int specification,
+                double conductivity, double wallThickness);
+
+  SString GetName() const override { return itsTypeName; }
+  void SetName(const SString& name) { SetTypeName(name); }
+  bool IsChanged() const override { return itsChanged != 0; }
+  void SetChanged(bool on) override { itsChanged = on ? 1 : 0; }
+  bool IsFromSTF() const override { return !itsTechFile.isEmpty(); }
+  int GetDefinition() const { return itsDefinition; }
+  bool IsSameAs(const SViaMetalType& other) const;
+
+  void Write(SProjectStream& out, int format, const SDimensionBlock* dim) const;
+};
+
+#endif
