@@ -84,6 +84,37 @@ int Compose(bool negative, uint64_t mantissa, int exponent, int digits, char* ou
   return static_cast<int>(p - out);
 }
 
+constexpr double kPow10D[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+
+// Layout values are mostly short decimals (database units of a nanometre or so in
+// microns). When the double is the nearest one to r / 10^k with r of at most `digits`
+// digits, that decimal is exactly what rounding to `digits` places gives. The smallest
+// such k has no trailing zero. 0 when this doesn't apply.
+int ShortDecimal(bool negative, double magnitude, int digits, char* buffer) {
+  if (magnitude < 1e-4 || digits > 15) return 0;
+  const int maxDecimals = digits < 15 ? digits : 15;
+  for (int k = 1; k <= maxDecimals; ++k) {
+    const double scaled = magnitude * kPow10D[k];
+    if (scaled >= static_cast<double>(kPow10[digits])) return 0;
+    const double rounded = std::nearbyint(scaled);
+    if (rounded / kPow10D[k] != magnitude) continue;
+    const uint64_t r = static_cast<uint64_t>(rounded);
+    const uint64_t whole = r / kPow10[k];
+    uint64_t fraction = r % kPow10[k];
+    char* p = buffer;
+    if (negative) *p++ = '-';
+    p += WriteDigits(whole, p);
+    *p++ = '.';
+    char* end = p + k;
+    for (char* q = end; q-- > p;) {
+      *q = static_cast<char>('0' + fraction % 10);
+      fraction /= 10;
+    }
+    return static_cast<int>(end - buffer);
+  }
+  return 0;
+}
+
 int Exact(double value, int digits, char* buffer) {
   const std::to_chars_result r =
       std::to_chars(buffer, buffer + SNumberFormat::kBufferSize, value, std::chars_format::general, digits);
@@ -111,6 +142,8 @@ int SNumberFormat::Format(double value, int digits, char* buffer) {
       return static_cast<int>(p - buffer) + WriteDigits(whole, p);
     }
   }
+
+  if (const int n = ShortDecimal(negative, magnitude, digits, buffer)) return n;
 
   // Scale into [10^(digits-1), 10^digits) with one correctly rounded extended-precision
   // operation; its error stays far below 0.01 of a unit, so only values within that of a

@@ -527,13 +527,21 @@ bool SProject::Save(const SString& path) {
     itsErrors.AddError(SProjectErrorManager::Error, -1, 7046, "", "the project has no file name");
     return false;
   }
+  // The text goes to the temporary file as it is made: a large layout isn't held twice.
+  SSafeSave save(target);
+  if (!save.Begin()) {
+    itsErrors.AddError(SProjectErrorManager::Error, -1, 7046, target.data(), save.GetErrorText().data());
+    return false;
+  }
   SProjectStream out;
+  out.SetSink([&save](const char* data, size_t size) { return save.Append(data, size); });
   if (!Write(out)) {
+    save.Abort();
     itsErrors.AddError(SProjectErrorManager::Error, -1, 7046, target.data(), "a block could not be written");
     return false;
   }
-  SSafeSave save(target);
-  if (!save.Commit(out.Text())) {
+  if (!out.Flush() || !save.Finish()) {
+    save.Abort();
     itsErrors.AddError(SProjectErrorManager::Error, -1, 7046, target.data(), save.GetErrorText().data());
     return false;
   }

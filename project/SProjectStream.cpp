@@ -4,12 +4,14 @@
 
 SProjectStream& SProjectStream::operator<<(const char* text) {
   if (text) itsText.append(text);
+  Spill();
   return *this;
 }
 
 SProjectStream& SProjectStream::operator<<(const SString& text) {
   const QByteArray bytes = text.toUtf8();
   itsText.append(bytes.constData(), static_cast<size_t>(bytes.size()));
+  Spill();
   return *this;
 }
 
@@ -42,4 +44,17 @@ SProjectStream& SProjectStream::Name(const SString& name) {
     *this << name;
   }
   return *this;
+}
+
+void SProjectStream::SetSink(std::function<bool(const char*, size_t)> sink, size_t threshold) {
+  itsSink = std::move(sink);
+  itsThreshold = itsSink ? threshold : std::numeric_limits<size_t>::max();
+  itsText.reserve(itsSink ? threshold + 4096 : itsText.capacity());
+}
+
+bool SProjectStream::Flush() {
+  if (!itsSink) return !itsFailed;
+  if (!itsFailed && !itsText.empty() && !itsSink(itsText.data(), itsText.size())) itsFailed = true;
+  itsText.clear();
+  return !itsFailed;
 }

@@ -4,6 +4,8 @@
 #include "SNumberFormat.h"
 #include "SString.h"
 
+#include <functional>
+#include <limits>
 #include <string>
 
 // The text that project writers produce, gathered in memory so that a save can put it on
@@ -17,6 +19,7 @@ public:
   SProjectStream& operator<<(const SString& text);
   SProjectStream& operator<<(char c) {
     itsText.push_back(c);
+    if (c == '\n') Spill();
     return *this;
   }
   SProjectStream& operator<<(int value) { return *this << static_cast<long long>(value); }
@@ -36,13 +39,29 @@ public:
   void SetDigits(int digits) { itsDigits = digits; }
   int Digits() const { return itsDigits; }
 
+  // Text beyond `threshold` bytes goes to `sink` as it comes (at line ends), so that a
+  // large project needn't be held whole. A sink that answers false fails the stream, and
+  // nothing more is passed on.
+  void SetSink(std::function<bool(const char*, size_t)> sink, size_t threshold = size_t(1) << 20);
+  // Hands the rest to the sink; false when the stream has failed.
+  bool Flush();
+  bool Failed() const { return itsFailed; }
+
+  // Without a sink, all of the text; with one, what is still held.
   const std::string& Text() const { return itsText; }
   SString ToString() const { return SString::fromUtf8(itsText.data(), static_cast<int>(itsText.size())); }
   void Clear() { itsText.clear(); }
 
 private:
+  void Spill() {
+    if (itsText.size() >= itsThreshold) Flush();
+  }
+
   std::string itsText;
   int itsDigits = SNumberFormat::Short;
+  std::function<bool(const char*, size_t)> itsSink;
+  size_t itsThreshold = std::numeric_limits<size_t>::max();
+  bool itsFailed = false;
 };
 
 // Sets the digit count of a stream for one scope (10 inside GEO, 15 for named values).

@@ -35,7 +35,9 @@ bool SSafeSave::Fail(const char* what, int error) {
   return false;
 }
 
-bool SSafeSave::Commit(const char* data, size_t size) {
+bool SSafeSave::Commit(const char* data, size_t size) { return Begin() && Append(data, size) && Finish(); }
+
+bool SSafeSave::Begin() {
   itsErrorText.clear();
   const QByteArray target = itsTarget.toUtf8();
   const QByteArray temporary = itsTemporary.toUtf8();
@@ -45,27 +47,45 @@ bool SSafeSave::Commit(const char* data, size_t size) {
   if (::unlink(temporary.constData()) != 0 && errno != ENOENT && errno != EISDIR && errno != EPERM)
     return Fail("cannot remove the old temporary file", errno);
 
-  mode_t mode = 0666;
+  itsMode = 0666;
   struct stat old;
-  const bool hadOld = ::stat(target.constData(), &old) == 0;
-  if (hadOld) mode = old.st_mode & 07777;
+  itsHadOld = ::stat(target.constData(), &old) == 0;
+  if (itsHadOld) itsMode = old.st_mode & 07777;
 
-  const int fd = ::open(temporary.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-  if (fd < 0) return Fail("cannot create the temporary file", errno);
+  itsFd = ::open(temporary.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, itsMode);
+  if (itsFd < 0) return Fail("cannot create the temporary file", errno);
+  return true;
+}
 
+void SSafeSave::Abort() {
+  if (itsFd >= 0) ::close(itsFd);
+  itsFd = -1;
+  ::unlink(itsTemporary.toUtf8().constData());
+}
+
+bool SSafeSave::Append(const char* data, size_t size) {
+  if (itsFd < 0) return false;
   size_t done = 0;
   while (done < size) {
-    const ssize_t n = WriteSome(fd, data + done, size - done);
+    const ssize_t n = WriteSome(itsFd, data + done, size - done);
     if (n < 0 && errno == EINTR) continue;
     if (n <= 0) {
       const int error = n < 0 ? errno : ENOSPC;
-      ::close(fd);
-      ::unlink(temporary.constData());
+      Abort();
       return Fail("cannot write the temporary file", error);
     }
     done += static_cast<size_t>(n);
   }
-  if (hadOld) (void)::fchmod(fd, mode);  // the umask may have narrowed it
+  return true;
+}
+
+bool SSafeSave::Finish() {
+  if (itsFd < 0) return false;
+  const QByteArray target = itsTarget.toUtf8();
+  const QByteArray temporary = itsTemporary.toUtf8();
+  const int fd = itsFd;
+  itsFd = -1;
+  if (itsHadOld) (void)::fchmod(fd, itsMode);  // the umask may have narrowed it
   if (::fsync(fd) != 0) {
     const int error = errno;
     ::close(fd);

@@ -14,12 +14,21 @@
 class SSafeSave {
 public:
   explicit SSafeSave(const SString& target);
-  virtual ~SSafeSave() {}
+  virtual ~SSafeSave() {
+    if (itsFd >= 0) Abort();
+  }
   SSafeSave(const SSafeSave&) = delete;
   SSafeSave& operator=(const SSafeSave&) = delete;
 
   bool Commit(const char* data, size_t size);
   bool Commit(const std::string& text) { return Commit(text.data(), text.size()); }
+
+  // The same in pieces, for text too large to hold at once: Begin, any number of Append,
+  // then Finish; Abort (or a failed step) removes the temporary file.
+  bool Begin();
+  bool Append(const char* data, size_t size);
+  bool Finish();
+  void Abort();
 
   const SString& GetTarget() const { return itsTarget; }
   // "<target>.saving": fixed, so that a save that died leaves one recognisable file behind.
@@ -37,6 +46,9 @@ private:
   SString itsTarget;
   SString itsTemporary;
   SString itsErrorText;
+  int itsFd = -1;
+  bool itsHadOld = false;
+  mode_t itsMode = 0666;
 };
 
 #endif

@@ -89,7 +89,7 @@ TEST(NumberFormat, MatchesCLibraryOnRandomValues) {
   int mismatches = 0;
   for (int i = 0; i < 300000 && mismatches < 10; ++i) {
     double value = 0.0;
-    switch (i % 5) {
+    switch (i % 6) {
       case 0:
         value = mantissa(random) * std::pow(10.0, decade(random));
         break;
@@ -107,6 +107,12 @@ TEST(NumberFormat, MatchesCLibraryOnRandomValues) {
         uint64_t bits = random();
         std::memcpy(&value, &bits, sizeof value);
         if (!std::isfinite(value)) value = 1.0;
+        break;
+      }
+      case 4: {
+        // Layout coordinates: a whole number of database units of 10^-k
+        const int k = 1 + static_cast<int>(random() % 9);
+        value = static_cast<double>(whole(random) % 100000000000LL) / std::pow(10.0, k);
         break;
       }
       default:

@@ -1,6 +1,11 @@
 #include "ProjectTestSupport.h"
 
+#include "SCircuit.h"
 #include "SControlBlock.h"
+#include "SDimensionBlock.h"
+#include "SGeometryBlock.h"
+#include "SLevel.h"
+#include "SMetalPolygon.h"
 #include "SProjectOperations.h"
 #include "SSafeSave.h"
 
@@ -179,4 +184,36 @@ TEST_F(ProjectTest, SavingThroughALinkReplacesTheFileItPointsTo) {
   ASSERT_TRUE(save.Commit(std::string("new text\n")));
   EXPECT_TRUE(QFileInfo(link.qstring()).isSymLink());
   EXPECT_EQ(FileText(real), "new text\n");
+}
+
+// A layout too large to hold as text in one piece goes out as it is made; the file is the
+// text a write in memory gives, and a device that fails between pieces changes nothing.
+TEST_F(ProjectTest, LargeProjectsAreStreamedToTheirFile) {
+  SProject project;
+  project.GetDimensionBlock()->SetDefaults();
+  project.GetGeometryBlock()->SetDefaults();
+  SCircuit* circuit = project.GetGeometryBlock()->GetCircuit();
+  for (int i = 0; i < 30000; ++i) {
+    SMetalPolygon* polygon = new SMetalPolygon;
+    polygon->SetId(i + 1);
+    const double x = i % 100 * 1.25, y = i / 100 * 0.5;
+    polygon->SetVertices({SPoint(x, y), SPoint(x + 1, y), SPoint(x + 1, y + 0.25)});
+    circuit->GetLevel(i % 2)->AddChild(polygon);
+  }
+  const std::string whole = WriteText(project);
+  ASSERT_GT(whole.size(), 2u << 20);
+  const SString path = Path("big.vel");
+  ASSERT_TRUE(project.Save(path));
+  EXPECT_TRUE(FileText(path) == whole);
+
+  SProjectStream pieces;
+  SFullDeviceSave full(path);
+  ASSERT_TRUE(full.Begin());
+  pieces.SetSink([&full](const char* data, size_t size) { return full.Append(data, size); }, 1 << 16);
+  EXPECT_TRUE(project.Write(pieces));
+  EXPECT_FALSE(pieces.Flush());
+  EXPECT_TRUE(pieces.Failed());
+  EXPECT_FALSE(full.Finish());
+  EXPECT_TRUE(FileText(path) == whole);
+  EXPECT_FALSE(QFileInfo::exists(full.GetTemporaryName().qstring()));
 }
