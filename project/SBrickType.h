@@ -39,8 +39,14 @@ public:
   bool IsFromSTF() const override { return !itsTechFile.isEmpty(); }
   int GetDefinition() const { return itsDefinition; }
   bool IsSameAs(const SBrickType& other) const;
+  SString Describe() const;
+  SString ToText() const;
 
+  // BRI or BRA, from format 3 on.
   void Write(SProjectStream& out, int format, const SDimensionBlock* dim) const;
+  // BRL: per axis X, Y, Z the electric values and then MuRel and the magnetic tangent. Material
+  // files use it; the GEO block doesn't. An isotropic brick repeats its values on each axis.
+  void WriteMagnetic(SProjectStream& out) const;
 };
 
 #endif

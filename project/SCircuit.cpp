@@ -10,6 +10,8 @@
 #include "SMarker.h"
 #include "SMaterialTypeData.h"
 #include "SMaterialTypeIO.h"
+#include "SMetalType.h"
+#include "SVeloraError.h"
 #include "SNumberFormat.h"
 #include "SProject.h"
 #include "SProjectErrorManager.h"
@@ -177,6 +179,49 @@ void SCircuit::Move(const SPoint& delta) {
     else
       static_cast<SMetalPolygon*>(shape)->MoveVertices(delta);
   }
+}
+
+void SCircuit::ScaleLengths(double factor) {
+  if (factor == 1.0 || !(factor > 0.0)) return;
+  itsCircuitSize.scale(factor);
+  if (itsLocalOrigin != nullptr) itsLocalOrigin->Scale(factor);
+  for (SLevel* level : itsLevels) {
+    SValueVarDouble& thickness = level->Value(SLevelData::Thickness);
+    if (!thickness.HasEquation()) thickness.SetValue(thickness.GetValue() * factor);
+  }
+  std::vector<SEnclosure*> shapes;
+  CollectPolygons(shapes);
+  for (SEnclosure* node : shapes) {
+    SPolygonData* shape = node->isA() == SID_BRICKPOLYGON ? static_cast<SPolygonData*>(static_cast<SBrickPolygon*>(node))
+                                                          : static_cast<SPolygonData*>(static_cast<SMetalPolygon*>(node));
+    std::vector<SPoint> points = shape->GetVertices();
+    for (SPoint& p : points) p *= factor;
+    shape->SetVertices(std::move(points));
+    shape->SetMaxSubLen(shape->GetMaxSubLen() * factor);
+    shape->SetEdgeTruncation(shape->GetEdgeTruncation() * factor);
+  }
+}
+
+bool SCircuit::CheckFormat(int format, QStringList& problems) const {
+  if (format > 6) return true;
+  bool ok = true;
+  const SString prefix = VeloraMessageText(6123);
+  std::vector<SEnclosure*> vias;
+  CollectPolygons(vias, ViaPolygons);
+  if (!vias.empty()) {
+    problems << (prefix + "\n" + VeloraMessageText(6198)).qstring();
+    ok = false;
+  }
+  std::vector<SMetalType*> metals;
+  CollectObjects(metals);
+  for (const SMetalType* metal : metals) {
+    const int spec = metal->GetSpecification();
+    if (metal->GetDefinition() == 0 && (spec == SMetalTypeData::Rough || spec == SMetalTypeData::Sense)) {
+      problems << (prefix + "\n" + VeloraMessageText(6124)).qstring();
+      return false;
+    }
+  }
+  return ok;
 }
 
 const SDimensionBlock* SCircuit::GetDimensions() const {

@@ -152,6 +152,10 @@ public:
   void PrepareForSave();
   // Moves every object of the layout by `delta`, in project units.
   void Move(const SPoint& delta);
+  // Multiplies every length of the layout (a change of the length unit).
+  void ScaleLengths(double factor);
+  // Adds a line per kind of content that the format can't hold; true when there is none.
+  bool CheckFormat(int format, QStringList& problems) const;
 
   // Material types (names compared as they stand).
   SMetalType* FindMetalType(const SString& name) const;

@@ -1,6 +1,7 @@
 #include "SGeometryBlock.h"
 
 #include "SCircuit.h"
+#include "SDimensionBlock.h"
 #include "SFile.h"
 #include "SProject.h"
 #include "SProjectClassID.h"
@@ -59,6 +60,12 @@ SFileBlock* SGeometryBlock::Clone(SProject* owner) const {
 }
 
 bool SGeometryBlock::CheckFormat(int format, QStringList& problems) {
-  (void)problems;
-  return format > 6 || !itsCircuit;
+  return !itsCircuit || itsCircuit->CheckFormat(format, problems);
+}
+
+void SGeometryBlock::ChangeUnits(const SDimensionBlock& newUnits) {
+  const SDimensionBlock* old = itsOwner != nullptr ? itsOwner->GetDimensionBlock() : nullptr;
+  if (!itsCircuit || old == nullptr) return;
+  const double to = newUnits.GetFactor(SDimensionBlock::Length);
+  if (to > 0.0) itsCircuit->ScaleLengths(old->GetFactor(SDimensionBlock::Length) / to);
 }

@@ -21,6 +21,8 @@ public:
   SFileBlock* Clone(SProject* owner) const override;
   // Formats above 6 can hold every geometry.
   bool CheckFormat(int format, QStringList& problems) override;
+  // Rescales the layout's lengths from the project's length unit to the new one.
+  void ChangeUnits(const SDimensionBlock& newUnits) override;
 
   // An abbreviated read stops the circuit at NUM (geometry and netlist projects); such a
   // circuit must not be written back.

@@ -1,8 +1,8 @@
 #include "SMetalType.h"
 
-#include "SDimensionBlock.h"
 #include "SGeoClassID.h"
 #include "SInitializationFile.h"
+#include "SMaterialTypeIO.h"
 #include "SProjectStream.h"
 
 SCOLLECTABLE_DEFINE(SMetalType, SID_METALTYPE, &SEnclosure::staticTypeInfo())
@@ -53,32 +53,40 @@ bool SMetalType::IsSameAs(const SMetalType& o) const {
 }
 
 namespace {
-// "INF " or the value and a blank; older forms hold conductivity in S/m only.
-void WriteConductivity(SProjectStream& out, const SMetalTypeData& metal, int format, const SDimensionBlock* dim) {
-  if (metal.itsCondIsInf) {
-    out << "INF ";
-    return;
-  }
-  if (format < 15 && dim != nullptr && !metal.itsConductivity.HasEquation()) {
-    double value = metal.itsConductivity.GetValue();
-    const int code = metal.GetLossType().GetCode();
-    if (code == SElectricalLossType::Resistivity) {
-      const double rho = dim->ToBase(SDimensionBlock::Resistivity, value);
-      value = rho > 0 ? 1.0 / rho : 0.0;
-    } else if (code == SElectricalLossType::SheetResistance) {
-      const double rs = dim->ToBase(SDimensionBlock::SheetResistance, value);
-      const double t = dim->ToBase(SDimensionBlock::Length, metal.itsThickness.GetValue());
-      value = rs > 0 && t > 0 ? 1.0 / (rs * t) : 0.0;
-    } else {
-      value = dim->ToBase(SDimensionBlock::Conductivity, value);
-    }
-    out.Number(value, 15) << ' ';
-    return;
-  }
-  metal.itsConductivity.WriteValue(out);
+SString Num(const SValueVarDouble& v) { return v.HasEquation() ? v.GetEquation() : SString::number(v.GetValue(), 6); }
+
+SString Cond(const SMetalTypeData& m) { return m.itsCondIsInf ? SString("INF") : Num(m.itsConductivity); }
+
+void Field(SProjectStream& out, const SValueVarDouble& value) {
+  value.WriteValue(out);
   out << ' ';
 }
 }  // namespace
+
+SString SMetalType::Describe() const {
+  switch (itsDefinition) {
+  case WGLoad: return "WG Load";
+  case Lossless: return "Lossless";
+  case FreeSpace: return "Free Space";
+  default: break;
+  }
+  const SString common = "Cnd:" + Cond(*this) + " T:" + Num(itsThickness) + " CR:" + Num(itsCurrentRatio);
+  switch (itsSpecification) {
+  case Normal: return "Normal: " + common;
+  case ThickMetal: return "TMM-" + Num(itsNumSheets) + ": " + common + " NS:" + Num(itsNumSheets);
+  case Resistor: return "Resistor: Rdc:" + Num(itsRdc);
+  case RdcRrf: return "Rdc/Rrf: Rdc:" + Num(itsRdc) + " Rrf:" + Num(itsRrf);
+  case General:
+    return "General: Rdc:" + Num(itsRdc) + " Rrf:" + Num(itsRrf) + " Xdc:" + Num(itsXdc) + " Ls:" + Num(itsLs);
+  case Rough:
+    return SString(itsRoughnessType == 1 ? "Rough thin: " : "Rough thick: ") + common + " Top:" +
+           Num(itsTopRoughness) + " Bot:" + Num(itsBottomRoughness);
+  case Sense: return "Sense: Xdc:" + Num(itsXdc);
+  default: return SString();
+  }
+}
+
+SString SMetalType::ToText() const { return itsTypeName + ":  Planar " + Describe(); }
 
 void SMetalType::Write(SProjectStream& out, int format, const SDimensionBlock* dim) const {
   out << (itsLocation == TopCover ? "TMET" : itsLocation == BottomCover ? "BMET" : "MET") << " \"" << itsTypeName
@@ -91,54 +99,64 @@ void SMetalType::Write(SProjectStream& out, int format, const SDimensionBlock* d
     out << "FREESPACE 376.7303136 0 0 0\n";
     return;
   }
+  // Older formats know fewer models: each falls back on the nearest one they hold.
   int spec = itsSpecification;
   const bool thin = itsRoughnessType == 1 || (format < 19 && itsThickDirection != 0);
   if (spec == Rough && format < 10) spec = thin ? Normal : ThickMetal;
   if (spec == ThickMetal && (format < 4 || (format < 19 && itsThickDirection != 0))) spec = Normal;
-  const bool lossWord = format >= 15 && itsLossType.GetCode() != SElectricalLossType::Conductivity;
+  const int loss = itsLossType.GetCode();
+  const bool lossWord = format >= 15 && loss != SElectricalLossType::Conductivity;
+  auto conductivity = [&] {
+    SMaterialTypeIO::WriteConductiveLoss(out, itsConductivity, itsCondIsInf, loss, &itsThickness, format, dim, true);
+  };
+  if (spec == Rough && format < 12) {
+    // ROG: ratio, bottom roughness, sheets, thickness, roughness model, conductivity.
+    out << "ROG ";
+    Field(out, itsCurrentRatio);
+    Field(out, itsBottomRoughness);
+    out << (thin ? 1 : 2) << ' ';
+    Field(out, itsThickness);
+    out << (itsRoughnessModel == 1 ? "RR " : "SR ");
+    conductivity();
+    out << '\n';
+    return;
+  }
   out << kSpecWords[spec] << ' ';
   switch (spec) {
   case Normal:
+    conductivity();
+    Field(out, itsThickness);
+    Field(out, itsCurrentRatio);
+    if (lossWord) out << ' ' << itsLossType.Keyword();
+    break;
   case ThickMetal:
-    WriteConductivity(out, *this, format, dim);
-    itsThickness.WriteValue(out);
-    out << ' ';
-    itsCurrentRatio.WriteValue(out);
-    out << ' ';
-    if (spec == Normal) {
-      if (lossWord) out << ' ' << itsLossType.Keyword();
-    } else {
-      if (format >= 15)
-        itsNumSheets.WriteValue(out);
-      else
-        out << static_cast<int>(itsNumSheets.GetValue());
-      if (lossWord || itsThickDirection != 0) out << ' ' << itsLossType.Keyword();
-      if (format >= 19 && itsThickDirection == 1) out << " TDWN";
-    }
+    conductivity();
+    Field(out, itsThickness);
+    Field(out, itsCurrentRatio);
+    if (format >= 15)
+      itsNumSheets.WriteValue(out);
+    else
+      out << static_cast<int>(itsNumSheets.GetValue());
+    if (lossWord || itsThickDirection != 0) out << ' ' << itsLossType.Keyword();
+    if (format >= 19 && itsThickDirection == 1) out << " TDWN";
     break;
   case Resistor: itsRdc.WriteValue(out); break;
   case RdcRrf:
-    itsRdc.WriteValue(out);
-    out << ' ';
+    Field(out, itsRdc);
     itsRrf.WriteValue(out);
     break;
   case General:
-    itsRdc.WriteValue(out);
-    out << ' ';
-    itsRrf.WriteValue(out);
-    out << ' ';
-    itsXdc.WriteValue(out);
-    out << ' ';
+    Field(out, itsRdc);
+    Field(out, itsRrf);
+    Field(out, itsXdc);
     itsLs.WriteValue(out);
     break;
   case Sense: itsXdc.WriteValue(out); break;
   case Rough:
     out << (thin ? "THN " : "THK ");
-    WriteConductivity(out, *this, format, dim);
-    for (const SValueVarDouble* v : {&itsCurrentRatio, &itsTopRoughness, &itsBottomRoughness, &itsThickness}) {
-      v->WriteValue(out);
-      out << ' ';
-    }
+    conductivity();
+    for (const SValueVarDouble* v : {&itsCurrentRatio, &itsTopRoughness, &itsBottomRoughness, &itsThickness})
+      Field(out, *v);
     if (lossWord) out << itsLossType.Keyword();
     if (!thin && itsThickDirection == 1) out << " TDWN";
     break;

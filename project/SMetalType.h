@@ -40,8 +40,11 @@ public:
   int itsLocation = PlainMetal;
   int itsSpecification = Normal;
   SValueVarDouble itsNumSheets;
+  // Rough metals: 0 thick model (THK), 1 thin (THN).
   int itsRoughnessType = 0;
+  // 0 SR, 1 RR.
   int itsRoughnessModel = 0;
+  // Thick metal grows up from its level (0) or down (1, TDWN).
   int itsThickDirection = 0;
 };
 
@@ -59,15 +62,21 @@ public:
   bool IsFromSTF() const override { return !itsTechFile.isEmpty(); }
   bool IsSameAs(const SMetalType& other) const;
 
-  // MET, TMET or BMET by location.
+  // "WG Load", "Normal: Cnd:INF T:0 CR:0.5" and so on; for viewers, not for files.
+  SString Describe() const;
+  // The name and the description.
+  SString ToText() const;
+
+  // MET, TMET or BMET by location, in the form of the write format. `dim` gives the units
+  // of older formats, which hold conductivity in S/m only; null leaves values as they are.
   void Write(SProjectStream& out, int format, const SDimensionBlock* dim) const;
 };
 
-#endif
-
-// A TMET or BMET line as read, kept until the block's types are known.
+// A TMET or BMET line as read, kept by the circuit until the block's types are known.
 class SReadMetal : public SMetalType {
   SCOLLECTABLE_DECLARE(SReadMetal)
 public:
   SReadMetal() {}
 };
+
+#endif

@@ -1,6 +1,7 @@
 #include "SViaMetalType.h"
 
 #include "SGeoClassID.h"
+#include "SMaterialTypeIO.h"
 #include "SMetalType.h"
 #include "SProjectStream.h"
 #include "SVeloraError.h"
@@ -37,18 +38,39 @@ bool SViaMetalType::IsSameAs(const SViaMetalType& o) const {
          itsLinkedMetalName == o.itsLinkedMetalName && itsLossType.GetCode() == o.itsLossType.GetCode();
 }
 
-void SViaMetalType::Write(SProjectStream& out, int format, const SDimensionBlock*) const {
+int SViaMetalType::GetElectricalLossType() const {
+  // Bounded: a file may link vias in a ring.
+  const SViaMetalTypeData* via = this;
+  for (int hops = 0; hops < 64 && via->itsLinkedMetal == nullptr && via->itsLinkedVia != nullptr; ++hops)
+    via = via->itsLinkedVia;
+  if (via->itsLinkedMetal != nullptr) return via->itsLinkedMetal->GetLossType().GetCode();
+  return via->GetLossType().GetCode();
+}
+
+namespace {
+SString Num(const SValueVarDouble& v) { return v.HasEquation() ? v.GetEquation() : SString::number(v.GetValue(), 6); }
+}  // namespace
+
+SString SViaMetalType::Describe() const {
+  if (itsDefinition == 1) return "Lossless";
+  const SString cond = itsCondIsInf ? SString("INF") : Num(itsConductivity);
+  switch (itsSpecification) {
+  case Surface: return "Surface: Rdc:" + Num(itsRdc) + " Rrf:" + Num(itsRrf) + " Xdc:" + Num(itsXdc);
+  case Array: return "Array: Cnd:" + cond + " FF:" + Num(itsFillFactor) + " VD:" + Num(itsViaDensity);
+  default: return SString(itsIsSolid ? "Volume solid: Cnd:" : "Volume: Cnd:") + cond + " WT:" + Num(itsWallThickness);
+  }
+}
+
+SString SViaMetalType::ToText() const { return itsTypeName + ":  Via " + Describe(); }
+
+void SViaMetalType::Write(SProjectStream& out, int format, const SDimensionBlock* dim) const {
   if (format < 3) SFATAL("VL1010", "Illegal Via output in wrong save format");
   if (format < 11) return;
   out << "MET \"" << itsTypeName << "\" " << itsPattern << ' ';
-  const bool lossWord = format >= 15 && itsLossType.GetCode() != SElectricalLossType::Conductivity;
+  const int loss = itsLossType.GetCode();
+  const bool lossWord = format >= 15 && loss != SElectricalLossType::Conductivity;
   auto conductivity = [&] {
-    if (itsCondIsInf) {
-      out << "INF ";
-    } else {
-      itsConductivity.WriteValue(out);
-      out << ' ';
-    }
+    SMaterialTypeIO::WriteConductiveLoss(out, itsConductivity, itsCondIsInf, loss, nullptr, format, dim, true);
   };
   switch (itsSpecification) {
   case Surface:
@@ -62,15 +84,16 @@ void SViaMetalType::Write(SProjectStream& out, int format, const SDimensionBlock
   case Array: {
     out << "ARR ";
     conductivity();
+    out << ' ';
     itsFillFactor.WriteValue(out);
-    const bool linked = !itsLinkedMetalName.isEmpty() || itsLinkedMetal != nullptr;
-    const bool extra = format >= 15 && (itsLossType.GetCode() == SElectricalLossType::ResistancePerVia ||
-                                        itsViaDensity.HasEquation() || itsViaDensity.GetValue() != 1.0 || linked);
-    if (extra) {
+    const SString linked = itsLinkedMetal != nullptr ? itsLinkedMetal->GetTypeName() : itsLinkedMetalName;
+    // Density and link stand behind the loss word, so any of them brings it along.
+    const bool tail = format >= 15 && (loss == SElectricalLossType::ResistancePerVia || itsViaDensity.HasEquation() ||
+                                       itsViaDensity.GetValue() != 1.0 || !linked.isEmpty());
+    if (tail) {
       out << ' ' << itsLossType.Keyword() << ' ';
       itsViaDensity.WriteValue(out);
-      if (linked)
-        out << " \"" << (itsLinkedMetal != nullptr ? itsLinkedMetal->GetTypeName() : itsLinkedMetalName) << '"';
+      if (!linked.isEmpty()) out << " \"" << linked << '"';
     } else if (lossWord) {
       out << ' ' << itsLossType.Keyword();
     }

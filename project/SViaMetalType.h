@@ -25,9 +25,12 @@ public:
   SValueVarDouble itsConductivity;
   SValueVarDouble itsWallThickness;
   int itsSpecification = Volume;
+  // An array may take its loss from a planar metal, named in the file, bound after the read.
   int itsLinkedMetalIndex = -1;
   SString itsLinkedMetalName;
   SMetalType* itsLinkedMetal = nullptr;
+  // A via metal whose loss this one follows (non-owning).
+  SViaMetalTypeData* itsLinkedVia = nullptr;
   // 1 for the built-in "Lossless".
   int itsDefinition = 0;
 };
@@ -46,7 +49,13 @@ public:
   bool IsFromSTF() const override { return !itsTechFile.isEmpty(); }
   int GetDefinition() const { return itsDefinition; }
   bool IsSameAs(const SViaMetalType& other) const;
+  // The loss type of the end of the chain of links: a linked planar metal's, else the last
+  // linked via's, else this one's.
+  int GetElectricalLossType() const;
+  SString Describe() const;
+  SString ToText() const;
 
+  // From format 11 on; older formats can't hold a via metal.
   void Write(SProjectStream& out, int format, const SDimensionBlock* dim) const;
 };
 

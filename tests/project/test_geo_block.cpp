@@ -8,6 +8,7 @@
 #include "SLevel.h"
 #include "SMarker.h"
 #include "SProjectErrorEntry.h"
+#include "SVeloraError.h"
 #include "SViaPolygon.h"
 
 #include <vector>
@@ -354,6 +355,39 @@ TEST(GeoPatterns, NamesComeFromTheInstalledFilesByNumber) {
   ASSERT_GE(brick.size(), 2);
   EXPECT_NE(brick, metal);
   EXPECT_TRUE(SCircuit::LoadPatternNames(SString(GDS_SOURCE_DIR "/resource/patterns/none.dat")).isEmpty());
+}
+
+}  // namespace
+
+namespace {
+
+TEST_F(GeoTest, ANewLengthUnitRescalesTheLayout) {
+  SProject project;
+  ASSERT_TRUE(ReadText(project, Project(kEveryLine)));
+  SDimensionBlock millimetres;
+  millimetres.SetDefaults();
+  millimetres.SetUnit(SDimensionBlock::Length, "MM");
+  project.SetUnits(millimetres, true);
+  SCircuit* circuit = project.GetGeometryBlock()->GetCircuit();
+  EXPECT_DOUBLE_EQ(circuit->GetBoxSize().width(), 0.2005);
+  EXPECT_DOUBLE_EQ(circuit->GetLevel(1)->GetThickness(), 0.0254);
+  // An equation keeps its text: it is in the units of its variables.
+  EXPECT_TRUE(circuit->GetLevel(2)->GetValue(SLevelData::Thickness).HasEquation());
+  std::vector<SEnclosure*> shapes;
+  circuit->CollectPolygons(shapes);
+  EXPECT_DOUBLE_EQ(static_cast<SMetalPolygon*>(shapes[0])->GetVertex(2).x(), 0.01);
+  EXPECT_DOUBLE_EQ(static_cast<SMetalPolygon*>(shapes[1])->GetMaxSubLen(), 0.0015);
+  EXPECT_DOUBLE_EQ(circuit->GetLocalOrigin()->GetPosition().y(), 0.02025);
+}
+
+TEST_F(GeoTest, OldFormatsCannotHoldVias) {
+  SProject project;
+  ASSERT_TRUE(ReadText(project, Project(kEveryLine)));
+  QStringList problems;
+  EXPECT_TRUE(project.GetGeometryBlock()->CheckFormat(7, problems));
+  EXPECT_FALSE(project.GetGeometryBlock()->CheckFormat(6, problems));
+  ASSERT_EQ(problems.size(), 1);
+  EXPECT_TRUE(problems[0].contains(VeloraMessageText(6198).qstring())) << problems[0].toStdString();
 }
 
 }  // namespace
