@@ -13,6 +13,21 @@
 #include "SGdsRecord.h"
 #include "SGdsStructureList.h"
 #include "SErrorMessages.h"
+#include "SBrickType.h"
+#include "SCircuit.h"
+#include "SDimensionBlock.h"
+#include "SLevel.h"
+#include "SMetalType.h"
+#include "SProjectOperations.h"
+#include "SProjectStream.h"
+#include "SSafeSave.h"
+#include "STechLayer.h"
+#include "SVeloraError.h"
+#include "SViaMetalType.h"
+#include "SXtranProject.h"
+
+#include <algorithm>
+#include <string>
 
 namespace {
 SGdsApp* theApp = nullptr;
@@ -29,7 +44,9 @@ SGdsApp::~SGdsApp()
     delete itsGdsFile;
     delete itsStructureList;
     delete itsPolygonList;
+    delete itsProject;
     delete itsLayerFile;
+    delete itsSummaryProject;
     if (theApp == this)
         theApp = nullptr;
 }
@@ -104,11 +121,27 @@ bool SGdsApp::Run(int argc, char** argv)
         return false;
     if (!CreateProject() || !ExpandStructure())
         return false;
+    if (!itsMaterialFileName.isEmpty())
+        WriteMaterialFile();
     if (itsOptions.itsCreateLayerFile)
         return CreateLayerFile();
-
-    GdsError("Material files and projects can not be made by this build yet\n");
-    return false;
+    if (!itsConvert)
+        return true;
+    // The flat polygons are all that is left to use: the stream's records and structures go
+    // now, and the project's polygons take over their memory.
+    delete itsStructureList;
+    itsStructureList = nullptr;
+    delete itsGdsFile;
+    itsGdsFile = nullptr;
+    if (!UpdateProject() || !WriteProject())
+        return false;
+    if (itsOptions.itsVerbose) {
+        printf("Conversion completed\n");
+        fflush(stdout);
+    }
+    if (GdsDebug().GetLevel() > 3)
+        GdsDebug().Print("Conversion completed\n");
+    return true;
 }
 
 bool SGdsApp::LoadLayerFile()
@@ -127,12 +160,237 @@ bool SGdsApp::LoadLayerFile()
     return true;
 }
 
+namespace {
+
+const int kProjectTitle = 5602;
+const int kUnreadableMaterialFile = 5681;
+
+// Material and technology files are known by their extension.
+bool IsMaterialOrTechnologyFile(const SString& path)
+{
+    const QString suffix = QFileInfo(path.qstring()).suffix();
+    return suffix.compare("matl", Qt::CaseInsensitive) == 0 || suffix.compare("stf", Qt::CaseInsensitive) == 0;
+}
+
+} // namespace
+
+void SGdsApp::ApplySettings(SXtranProject& project) const
+{
+    project.SetTranslationMode(itsOptions.itsTranslation);
+    project.SetCustomTranslation(itsOptions.itsTranslateX, itsOptions.itsTranslateY);
+    project.SetSizeMode(itsOptions.itsSubstrate);
+    project.SetCustomSize(itsOptions.itsSubstrateWidth, itsOptions.itsSubstrateHeight);
+    project.itsViaPads = itsOptions.itsViaPads;
+    project.itsViaFill = itsOptions.itsViaFill;
+}
+
+bool SGdsApp::ReadInputProject(SXtranProject& project, const SString& path)
+{
+    if (IsMaterialOrTechnologyFile(path)) {
+        // Reading these files comes with the material library; this build can't yet.
+        VeloraErrorReport(kProjectTitle, kUnreadableMaterialFile, path.data());
+        return false;
+    }
+    return project.ReadProject(path);
+}
+
 bool SGdsApp::CreateProject()
 {
-    // A new project takes the stream's unit, so coordinates pass unchanged.
+    SGdsDebug& debug = GdsDebug();
+    if (debug.GetLevel() > 3)
+        debug.Print("\nCREATING VELORA PROJECT\n");
+    delete itsProject;
+    itsProject = new SXtranProject;
     itsConversionFactor = 1.0;
-    if (GdsDebug().GetLevel() > 3)
-        GdsDebug().Print("Conversion factor: %g\n", itsConversionFactor);
+    if (!itsOptions.itsNewProject) {
+        ApplySettings(*itsProject);
+        itsProject->SetTemplateRead(true);
+        if (debug.GetLevel() > 0)
+            debug.Print("Reading velora project %s\n", itsInputProjectName.data());
+        if (itsOptions.itsVerbose) {
+            printf("Reading project file %s\n", itsInputProjectName.data());
+            fflush(stdout);
+        }
+        if (!ReadInputProject(*itsProject, itsInputProjectName))
+            return false;
+        if (itsOptions.itsReplaceGeometry) {
+            if (!itsProject->RemoveDimensions() || !itsProject->RemovePolygons() ||
+                !itsProject->ReleaseReferencePlanes())
+                return false;
+        } else {
+            itsProject->itsImportTag = "FromImport";
+        }
+        const double factor = itsProject->GetLengthFactor();
+        itsConversionFactor = factor > 0 ? itsStructureList->itsUnitValue / factor : 1.0;
+    } else {
+        if (debug.GetLevel() > 3)
+            debug.Print("Create new velora project\n");
+        itsProject->InitNew();
+        // The project takes the stream's unit, so coordinates pass unchanged.
+        if (itsStructureList->itsUnitName != "units")
+            itsProject->SetLengthUnit(itsStructureList->itsUnitName);
+        ApplySettings(*itsProject);
+        itsProject->SetCells(256, 256);
+    }
+    if (itsOptions.itsCellSet) {
+        itsProject->itsCellSize = SSize(itsOptions.itsCellX, itsOptions.itsCellY);
+        itsProject->itsCellSizeSet = true;
+    }
+    if (debug.GetLevel() > 3)
+        debug.Print("Conversion factor: %g\n", itsConversionFactor);
+    return true;
+}
+
+bool SGdsApp::UpdateProject()
+{
+    SGdsDebug& debug = GdsDebug();
+    if (debug.GetLevel() > 3)
+        debug.Print("\nUPDATING VELORA PROJECT\n");
+    SXtranProject& project = *itsProject;
+    itsLayerFile->BindProject(project);
+
+    // Levels 0 to the highest named, then ground.
+    const uint64_t highest = itsPolygonList->GetMaxLevel(*itsLayerFile);
+    // Stream layers are 16-bit numbers; a fresh layer file puts layer n on level n.
+    const uint64_t kLevelLimit = 65536;
+    if (highest >= kLevelLimit) {
+        GdsError("ERROR: Level %llu of the layer file is beyond the %llu levels a project can hold.\n",
+                 static_cast<unsigned long long>(highest), static_cast<unsigned long long>(kLevelLimit));
+        return false;
+    }
+    SCircuit* circuit = project.GetCircuit();
+    if (circuit->GetNumberOfLevels() < int(highest) + 2)
+        circuit->SetNumberOfLevels(int(highest) + 2);
+
+    itsPolygonList->itsKeepBox = itsOptions.itsKeepBox;
+    itsPolygonList->itsMinSizeMode = itsOptions.itsMinSizeMode;
+    itsPolygonList->itsMinWidth = itsOptions.itsMinWidth;
+    itsPolygonList->itsMinHeight = itsOptions.itsMinHeight;
+    itsPolygonList->itsMakeTechLayers = itsOptions.itsMakeTechLayers;
+    project.itsFollowTechLayers = itsOptions.itsCircuitMode;
+    project.itsSimpleVias = itsOptions.itsSimpleVias;
+    itsPolygonList->AddToProject(project, *itsLayerFile);
+
+    SRect substrate;
+    if (!itsPolygonList->GetSubstrate(*itsLayerFile, substrate))
+        return false;
+    if (!substrate.isEmpty()) {
+        // The substrate polygon is the box, whatever -s and -t said.
+        project.SetCustomSize(std::fabs(substrate.x2() - substrate.x1()), std::fabs(substrate.y2() - substrate.y1()));
+        project.SetSizeMode(SXtranProject::SizeCustom);
+        project.SetTranslationMode(SXtranProject::MoveCustom);
+        project.SetCustomTranslation(-std::min(substrate.x1(), substrate.x2()),
+                                     -std::min(substrate.y1(), substrate.y2()));
+    }
+    if (itsOptions.itsMargin.valid())
+        project.SetMargin(itsOptions.itsMargin);
+    project.SizeBox(true);
+    // The project's y axis runs down, the stream's up.
+    if (!itsOptions.itsInvertY)
+        project.Invert(true);
+    // -H, the polygon operations, comes with a later build.
+    itsPolygonList->AddPorts(project, *itsLayerFile);
+    if (debug.GetLevel() > 4) {
+        SProjectStream text;
+        project.Write(text);
+        debug.Print("%s", text.Text().c_str());
+    }
+    return true;
+}
+
+bool SGdsApp::WriteProject()
+{
+    if (itsOptions.itsVerbose) {
+        printf("Created %d polygons in project file\n", itsProject->itsPolygonCount + itsProject->itsBrickCount);
+        fflush(stdout);
+    }
+    if (itsProject->Save(itsOutputProjectName)) {
+        SProjectOperations operations(itsOutputProjectName);
+        operations.Clean(true);
+    } else {
+        itsProject->GetErrors().Report();
+    }
+    return true;
+}
+
+bool SGdsApp::WriteMaterialFile()
+{
+    std::string text;
+    auto line = [&text](const SString& value) {
+        text += value.data();
+        text += '\n';
+    };
+    std::vector<SLayerFileTechLayer> layers;
+    const SRect extents = itsPolygonList->GetBoundingBox();
+    const SString extentsLine = "EXTENTS " + SString::number(extents.x1()) + " " + SString::number(extents.y1()) +
+                                " " + SString::number(extents.x2()) + " " + SString::number(extents.y2());
+    if (!itsOptions.itsNewProject) {
+        delete itsSummaryProject;
+        itsSummaryProject = new SXtranProject;
+        itsSummaryProject->SetTemplateRead(true);
+        if (!ReadInputProject(*itsSummaryProject, itsInputProjectName))
+            return false;
+        SCircuit* circuit = itsSummaryProject->GetCircuit();
+        std::vector<SString> names;
+        auto once = [&names](const SString& name) {
+            if (std::find(names.begin(), names.end(), name) != names.end())
+                return false;
+            names.push_back(name);
+            return true;
+        };
+        std::vector<SMetalType*> metals;
+        circuit->CollectObjects(metals);
+        for (const SMetalType* metal : metals)
+            if (metal->isA() == SMetalType::staticTypeInfo().id() && metal->GetDefinition() != SMetalTypeData::WGLoad &&
+                metal->GetDefinition() != SMetalTypeData::FreeSpace && once("metal " + metal->GetTypeName()))
+                line("metal " + metal->GetTypeName());
+        std::vector<SViaMetalType*> vias;
+        circuit->CollectObjects(vias);
+        for (const SViaMetalType* via : vias)
+            if (once("viametal " + via->GetTypeName()))
+                line("viametal " + via->GetTypeName());
+        std::vector<SBrickType*> bricks;
+        circuit->CollectObjects(bricks);
+        for (const SBrickType* brick : bricks)
+            if (once("brick " + brick->GetTypeName()))
+                line("brick " + brick->GetTypeName());
+        std::vector<STechLayer*> techLayers;
+        circuit->GetTechLayers(techLayers);
+        const int ground = circuit->GetNumberOfLevels() - 1;
+        for (const STechLayer* layer : techLayers) {
+            SProjectStream block;
+            layer->Write(block, SFileBlock::Format(), true);
+            text += block.Text();
+            SLayerFileTechLayer summary;
+            summary.itsName = layer->GetName();
+            summary.itsStreamLayer = layer->HasStreamMapping() ? layer->GetStream() : -1;
+            summary.itsStreamDatatype = layer->GetData();
+            summary.itsLayerType = layer->GetLayerType();
+            summary.itsLevel = layer->GetLevel();
+            summary.itsOnGround = layer->GetLevel() == ground;
+            summary.itsToLevelType = layer->GetToLevelType();
+            summary.itsToLevel = layer->GetToLevel();
+            summary.itsMaterialName = layer->GetMaterialName();
+            layers.push_back(summary);
+        }
+        line(extentsLine);
+        const SSize box = circuit->GetBoxSize();
+        const SSize cell = circuit->GetCellSize();
+        line("BOXSIZE " + SString::number(box.width()) + " " + SString::number(box.height()));
+        line("CELLSIZE " + SString::number(cell.width()) + " " + SString::number(cell.height()));
+        line("UNITNAME " +
+             itsSummaryProject->GetDimensionBlock()->GetUnitName(SDimensionBlock::Length));
+    } else {
+        line(extentsLine);
+        if (!itsStructureList->itsUnitName.isEmpty() && itsStructureList->itsUnitName != "units")
+            line("UNITNAME " + itsStructureList->itsUnitName);
+    }
+    SSafeSave save(itsMaterialFileName);
+    if (!save.Commit(text)) {
+        GdsError("Can not write to file %s\n", itsMaterialFileName.data());
+        return false;
+    }
+    itsTechLayers = layers;
     return true;
 }
 
@@ -154,6 +412,7 @@ bool SGdsApp::CreateLayerFile()
     SLayerFileCreateOptions options;
     options.itsRemoveEmptyLayers = itsOptions.itsRemoveEmptyLayers;
     options.itsSingleLayer = itsOptions.itsSingleLayer;
+    options.itsTechLayers = itsTechLayers;
     return itsLayerFile->Create(*itsStructureList, itsStructureName, options, itsLayerFileName);
 }
 

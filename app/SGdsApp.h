@@ -1,7 +1,10 @@
 #ifndef SGDSAPP_H
 #define SGDSAPP_H
 
+#include <vector>
+
 #include "SApplicationManager.h"
+#include "SGdsLayerFile.h"
 #include "SGdsOptions.h"
 #include "SString.h"
 
@@ -9,6 +12,7 @@ class SGdsFile;
 class SGdsLayerFile;
 class SGdsPolygonList;
 class SGdsStructureList;
+class SXtranProject;
 
 // One run of the translator: a fixed sequence of steps, each returning true
 // to go on; a step that fails has printed its message already.
@@ -36,14 +40,23 @@ private:
     bool LoadLayerFile();
     bool CreateProject();
     bool ExpandStructure();
+    bool WriteMaterialFile();
     bool CreateLayerFile();
+    bool UpdateProject();
+    bool WriteProject();
     void DeriveDefaultNames();
+    // The mode, sizes and via settings of the command line, onto a project.
+    void ApplySettings(SXtranProject& project) const;
+    // A project, or a material or technology file, read into the project; false after
+    // the message.
+    bool ReadInputProject(SXtranProject& project, const SString& path);
 
     SGdsOptions itsOptions;
     SString itsGdsFileName;
     SGdsFile* itsGdsFile = nullptr;
     SGdsStructureList* itsStructureList = nullptr;
     SGdsPolygonList* itsPolygonList = nullptr;
+    SXtranProject* itsProject = nullptr;
     SString itsStructureName;
     SGdsLayerFile* itsLayerFile;
     SString itsLayerFileName;
@@ -53,6 +66,9 @@ private:
     SString itsMaterialFileName;
     SString itsStructureListFileName;
     bool itsConvert = true;
+    // What the material summary found, for a layer file made in the same run.
+    std::vector<SLayerFileTechLayer> itsTechLayers;
+    SXtranProject* itsSummaryProject = nullptr;
 };
 
 #endif

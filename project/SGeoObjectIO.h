@@ -3,8 +3,13 @@
 
 #include "SString.h"
 
+#include <vector>
+
 class SCircuit;
+class SEdgeVia;
 class SFile;
+class SMetalPolygon;
+class SPort;
 class SProjectErrorManager;
 class SProjectStream;
 class SSubsectionControls;
@@ -40,6 +45,14 @@ const SSubsectionControls* TemplateControls(const STechLayer* layer);
 SString TechLayerName(const STechLayer* layer);
 // True when the layer's template polygon uses the material type.
 bool TechLayerUses(const STechLayer* layer, const void* type);
+
+// The ports and edge vias that hang on a polygon, in order.
+void GetPorts(const SMetalPolygon& polygon, std::vector<SPort*>& list);
+void GetEdgeVias(const SMetalPolygon& polygon, std::vector<SEdgeVia*>& list);
+// The first port on the edge that starts at `vertex`, or null.
+SPort* FindPortAtVertex(const SMetalPolygon& polygon, int vertex);
+// Every port of the circuit, level by level.
+void GetAllPorts(const SCircuit& circuit, std::vector<SPort*>& list);
 }  // namespace SGeoObjectIO
 
 #endif

@@ -7,6 +7,11 @@
 #include "SGdsStructureList.h"
 #include "SInitializationFile.h"
 #include "SOrdered.h"
+#include "SBrickType.h"
+#include "SMetalType.h"
+#include "STechLayer.h"
+#include "SViaMetalType.h"
+#include "SXtranProject.h"
 
 SGdsLayerFile::SGdsLayerFile()
 {
@@ -117,4 +122,81 @@ bool SGdsLayerFile::Create(SGdsStructureList& structures, const SString& structu
     if (GdsDebug().GetLevel() > 4)
         GdsDebug().Print("Finished Creating layer file %s\n", fileName.data());
     return true;
+}
+
+void SGdsLayerFile::MakeTechLayers(SXtranProject& project)
+{
+    static const struct
+    {
+        int purpose;
+        int layerType;
+    } kKinds[] = {{kPurposeMetal, STechLayer::Metal}, {kPurposeBrick, STechLayer::Brick}, {kPurposeVia, STechLayer::Via}};
+    const int ground = project.GetGroundLevel();
+    for (const auto& kind : kKinds) {
+        for (SCollectable* item : itsMappings) {
+            SGdsLayerMapping& mapping = *static_cast<SGdsLayerMapping*>(item);
+            if (!mapping.itsMapped || mapping.itsPurpose != kind.purpose || mapping.itsTechLayerName.isEmpty() ||
+                mapping.itsTechLayerName == "<None>")
+                continue;
+            STechLayer* layer = project.FindTechLayer(mapping.itsTechLayerName, true);
+            if (layer) {
+                // The project's layer wins: the mapping takes its level, kind and material.
+                layer->SetStream(mapping.itsStreamLayer);
+                layer->SetData(mapping.itsStreamDatatype);
+                const int level = layer->GetLevel();
+                mapping.itsGround = level == ground;
+                if (mapping.itsGround)
+                    mapping.ClearGeoNumber();
+                else
+                    mapping.SetGeoNumber(level);
+                switch (layer->GetLayerType()) {
+                case STechLayer::Via:
+                    mapping.itsPurpose = kPurposeVia;
+                    mapping.itsToLevelKind = layer->GetToLevelType();
+                    if (mapping.itsToLevelKind == kLevelNumber)
+                        mapping.SetToGeoNumber(layer->GetToLevel());
+                    mapping.itsViaType = layer->GetViaMetalType();
+                    break;
+                case STechLayer::Brick:
+                    mapping.itsPurpose = kPurposeBrick;
+                    mapping.itsToLevelKind = kLevelNotVia;
+                    mapping.itsBrickType = layer->GetBrickType();
+                    break;
+                default:
+                    mapping.itsPurpose = kPurposeMetal;
+                    mapping.itsToLevelKind = kLevelNotVia;
+                    mapping.itsMetalType = layer->GetMetalType();
+                    break;
+                }
+            } else {
+                const int from = mapping.itsGround ? ground : mapping.itsGeoNumber.GetValue();
+                int to = 0;
+                if (mapping.itsToLevelKind == kLevelAboveGround)
+                    to = ground - 1;
+                else if (mapping.itsToLevelKind != kLevelTop && mapping.itsToGeoNumber.IsValid())
+                    to = mapping.itsToGeoNumber.GetValue();
+                layer = project.CreateTechLayer(kind.layerType, mapping.itsTechLayerName, from, to);
+                if (!layer)
+                    continue;
+                layer->SetStream(mapping.itsStreamLayer);
+                layer->SetData(mapping.itsStreamDatatype);
+                layer->SetDXFName(SString());
+                layer->SetGerberName(SString());
+                if (kind.layerType == STechLayer::Via) {
+                    const int toType = mapping.itsToLevelKind == kLevelTop      ? STechLayer::ToTop
+                                       : mapping.itsToLevelKind == kLevelGround ? STechLayer::ToGround
+                                                                                : STechLayer::ToLevelNumber;
+                    layer->SetToLevelType(toType);
+                    if (toType == STechLayer::ToLevelNumber)
+                        layer->SetToLevel(to);
+                    layer->SetMaterial(mapping.itsViaType);
+                } else if (kind.layerType == STechLayer::Brick) {
+                    layer->SetMaterial(mapping.itsBrickType);
+                } else {
+                    layer->SetMaterial(mapping.itsMetalType);
+                }
+            }
+            mapping.itsTechLayer = layer;
+        }
+    }
 }

@@ -48,6 +48,11 @@ public:
 
     SGdsLayerMapping* FindGds(int layer, int datatype) const;
 
+    // A technology layer for each mapping that is on, of purpose metal, brick or via and
+    // with a layer name: the project's layer of that name (any case) when it has one, whose
+    // level and material the mapping then takes, else a new one on the mapping's level.
+    void MakeTechLayers(SXtranProject& project);
+
     // Fills this file with one mapping for each pair used under the structure
     // and writes it. Prints its own message and returns false when the
     // structure is missing, the hierarchy has a cycle or the file can't be

@@ -4,14 +4,22 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "SBrickPolygon.h"
 #include "SGdsDebug.h"
+#include "SGdsLayerFile.h"
 #include "SGdsPolygonList.h"
+#include "SMetalPolygon.h"
+#include "SOrdered.h"
+#include "SPolygonEdge.h"
+#include "SViaPolygon.h"
+#include "SXtranProject.h"
 
 SCOLLECTABLE_DEFINE(SGdsPolygon, SID_GDSPOLYGON, &SCollectable::staticTypeInfo())
 
 namespace {
 
 int64_t theLastId = 0;
+int64_t theLastFileId = 0;
 
 // Powers of ten that a double holds exactly.
 const double kPowersOfTen[23] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
@@ -34,6 +42,168 @@ SGdsPolygon::SGdsPolygon()
 int64_t SGdsPolygon::GetLastId()
 {
     return theLastId;
+}
+
+int64_t SGdsPolygon::TakeFileId()
+{
+    return ++theLastFileId;
+}
+
+void SGdsPolygon::SkipFileIds(int64_t id)
+{
+    if (id > theLastFileId)
+        theLastFileId = id;
+}
+
+bool SGdsPolygon::AddToCircuit(SXtranProject& project, const SGdsLayerFile& layerFile, SOrdered& scratch)
+{
+    RoundPoints();
+    scratch.clear();
+    layerFile.GetMappings(scratch, itsLayer, itsDatatype);
+    SGdsDebug& debug = GdsDebug();
+    const bool trace = debug.GetLevel() > 3;
+    const int id = int(gdspolyid);
+    if (scratch.isEmpty()) {
+        if (trace)
+            debug.Print("gdspolyid=%d, Skipping polygon: Layer = %d, Datatype = %d - no mapping\n", id, itsLayer,
+                        itsDatatype);
+        return true;
+    }
+    const int ground = project.GetGroundLevel();
+    const int count = int(itsPointCount);
+    for (size_t i = 0; i < scratch.entries(); ++i) {
+        const SLayerMapping* mapping = static_cast<const SLayerMapping*>(scratch.at(i));
+        if (trace) {
+            if (mapping->itsGround)
+                debug.Print("gdspolyid=%d, Processing Layer = %d, Datatype = %d, Geolayer = GND\n", id, itsLayer,
+                            itsDatatype);
+            else
+                debug.Print("gdspolyid=%d, Processing Layer = %d, Datatype = %d, Geolayer = %d\n", id, itsLayer,
+                            itsDatatype, mapping->itsGeoNumber.GetValue());
+        }
+        const int level = mapping->itsGround ? ground : mapping->itsGeoNumber.GetValue();
+        if (mapping->itsPurpose != kPurposeMetal && mapping->itsPurpose != kPurposeBrick &&
+            mapping->itsPurpose != kPurposeVia) {
+            if (trace)
+                debug.Print("  gdspolyid=%d, Skipped polygon, purpose = %s\n", id,
+                            SLayerMapping::PurposeWord(mapping->itsPurpose));
+            continue;
+        }
+        // A level the circuit doesn't have can't take the polygon (a via to a level
+        // past the count, say): the polygon is left out rather than the run ended.
+        if (!project.FindLevel(level)) {
+            if (trace)
+                debug.Print("  gdspolyid=%d, Skip adding polygon to SCircuit\n", id);
+            continue;
+        }
+        const int64_t fileid = TakeFileId();
+        SEnclosure* made = nullptr;
+        switch (mapping->itsPurpose) {
+        case kPurposeMetal:
+            if (trace)
+                debug.Print("  gdspolyid=%d, Adding metal polygon\n", id);
+            made = project.AddMetalPolygon(itsPoints, count, level, mapping->itsMetalType, fileid,
+                                           mapping->itsTechLayer);
+            break;
+        case kPurposeBrick:
+            if (trace)
+                debug.Print("  Adding brick polygon gdspolyid=%d\n", id);
+            made = project.AddBrickPolygon(itsPoints, count, level, mapping->itsBrickType, fileid,
+                                           mapping->itsTechLayer);
+            break;
+        default: {
+            const int to = mapping->itsToGeoNumber.IsValid() ? mapping->itsToGeoNumber.GetValue() : 0;
+            if (project.itsSimpleVias) {
+                if (trace)
+                    debug.Print("  Adding simple via gdspolyid=%d\n", id);
+                made = project.AddSimpleVia(itsPoints, count, level, to, mapping->itsToLevelKind,
+                                            mapping->itsViaType, fileid, mapping->itsTechLayer);
+            } else {
+                if (trace)
+                    debug.Print("  gdspolyid=%d, Adding via polygon\n", id);
+                made = project.AddViaPolygon(itsPoints, count, level, to, mapping->itsToLevelKind,
+                                             mapping->itsViaType, fileid, mapping->itsTechLayer);
+            }
+            break;
+        }
+        }
+        if (trace) {
+            debug.Print("  Mapping gdspolyid=%d, to fileid=%d,\n", id, int(fileid));
+            if (!made)
+                debug.Print("  gdspolyid=%d, Skip adding polygon to SCircuit\n", id);
+        }
+    }
+    return true;
+}
+
+bool SGdsPolygon::FindPortEdges(SXtranProject& project, const SGdsLayerFile& layerFile,
+                                std::vector<SPolygonEdge>& edges)
+{
+    SOrdered mappings;
+    layerFile.GetMappings(mappings, itsLayer, itsDatatype, kPurposePort);
+    if (mappings.isEmpty() || itsPointCount == 0)
+        return true;
+    bool found = false;
+    const SRect rect = project.MapRect(GetBoundingBox());
+    for (size_t i = 0; i < mappings.entries(); ++i) {
+        const SLayerMapping* mapping = static_cast<const SLayerMapping*>(mappings.at(i));
+        const int level = mapping->itsGround ? project.GetGroundLevel() : mapping->itsGeoNumber.GetValue();
+        SMetalPolygon* polygon = nullptr;
+        int edge = 0;
+        if (project.FindEdgeInRect(rect, level, polygon, edge)) {
+            edges.emplace_back(polygon, edge);
+            found = true;
+        }
+    }
+    return found;
+}
+
+bool SGdsPolygon::GetSubstrateBox(const SGdsLayerFile& layerFile, SRect& rect)
+{
+    SOrdered mappings;
+    layerFile.GetMappings(mappings, itsLayer, itsDatatype, kPurposeSubstrate);
+    if (mappings.isEmpty())
+        return false;
+    rect = GetBoundingBox();
+    return true;
+}
+
+uint64_t SGdsPolygon::GetMaxLevel(const SGdsLayerFile& layerFile, SOrdered& scratch) const
+{
+    scratch.clear();
+    layerFile.GetMappings(scratch, itsLayer, itsDatatype);
+    uint64_t level = 0;
+    for (size_t i = 0; i < scratch.entries(); ++i) {
+        const SLayerMapping* mapping = static_cast<const SLayerMapping*>(scratch.at(i));
+        if (mapping->itsPurpose == kPurposeMetal || mapping->itsPurpose == kPurposeBrick ||
+            mapping->itsPurpose == kPurposeVia || mapping->itsPurpose == kPurposeHole)
+            level = mapping->itsMaxLevel > level ? mapping->itsMaxLevel : level;
+    }
+    return level;
+}
+
+void SGdsPolygon::Translate(const SPoint& delta)
+{
+    for (uint32_t i = 0; i < itsPointCount; ++i)
+        itsPoints[i] += delta;
+}
+
+bool SGdsPolygon::IsInside(const SRect& rect) const
+{
+    for (uint32_t i = 0; i < itsPointCount; ++i) {
+        const SPoint& p = itsPoints[i];
+        if (p.x() < rect.x1() || p.x() > rect.x2() || p.y() < rect.y1() || p.y() > rect.y2())
+            return false;
+    }
+    return true;
+}
+
+bool SGdsPolygon::IsFirstPointInside(const SRect& rect) const
+{
+    if (itsPointCount == 0)
+        return false;
+    const SPoint& p = itsPoints[0];
+    return p.x() >= rect.x1() && p.x() <= rect.x2() && p.y() >= rect.y1() && p.y() <= rect.y2();
 }
 
 void SGdsPolygon::AddPoint(SGdsPolygonList& list, const SPoint& point, bool transform)

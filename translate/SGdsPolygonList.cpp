@@ -5,7 +5,17 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include "SGdsDebug.h"
+#include "SGdsLayerFile.h"
 #include "SGdsPolygon.h"
+#include "SCircuit.h"
+#include "SInitializationFile.h"
+#include "SOrdered.h"
+#include "SPolygonEdge.h"
+#include "SXtranProject.h"
+
+#include <set>
+#include <utility>
 
 SGdsPolygonList::SGdsPolygonList(SGdsStructureList* structures)
     : itsStructureList(structures),
@@ -119,4 +129,152 @@ void SGdsPolygonList::GrowPoints(SGdsPolygon& polygon, size_t capacity)
         std::memcpy(static_cast<void*>(room), polygon.itsPoints, polygon.itsPointCount * sizeof(SPoint));
     polygon.itsPoints = room;
     polygon.itsPointCapacity = uint32_t(capacity);
+}
+
+bool SGdsPolygonList::AddToProject(SXtranProject& project, SGdsLayerFile& layerFile)
+{
+    SGdsDebug& debug = GdsDebug();
+    if (debug.GetLevel() > 0)
+        debug.Print("Expanded to %d internal polygons\n", int(itsCount));
+
+    const bool keep = !itsKeepBox.isEmpty();
+    const SRect keepBox = itsKeepBox.normalized();
+    double minWidth = 0.0, minHeight = 0.0;
+    const SRect all = GetBoundingBox();
+    if (itsMinSizeMode == 1) {
+        minWidth = itsMinWidth;
+        minHeight = itsMinHeight;
+    } else if (itsMinSizeMode == 2) {
+        const SRect reference = keep ? keepBox : all;
+        minWidth = reference.width() * itsMinWidth / 100.0;
+        minHeight = reference.height() * itsMinHeight / 100.0;
+        if (debug.GetLevel() > 3)
+            debug.Print("Bounding box for circuit is (%f,%f) - (%f,%f)\n", reference.x1(), reference.y1(),
+                        reference.x2(), reference.y2());
+    }
+    if (debug.GetLevel() > 3) {
+        debug.Print("Min width is %f\n", minWidth);
+        debug.Print("Min height is %f\n", minHeight);
+        debug.Print("Bounding box for circuit is X=%f -> %f, Y=%f -> %f\n", all.x1(), all.x2(), all.y1(), all.y2());
+    }
+
+    SInitializationFile* settings = SInitializationFile::GetGlobal();
+    const bool allowed = settings ? settings->GetBool("Gds", "MakeTechLayers", true) : true;
+    if (allowed && itsMakeTechLayers)
+        layerFile.MakeTechLayers(project);
+
+    // Polygons of an updated project keep their ids; new ones number on from them.
+    if (SCircuit* circuit = project.GetCircuit())
+        SGdsPolygon::SkipFileIds(circuit->GetNextPolygonId() - 1);
+
+    int skipped = 0;
+    SOrdered scratch;
+    for (size_t i = 0; i < itsCount; ++i) {
+        SGdsPolygon* polygon = at(i);
+        if (itsMinSizeMode != 0) {
+            const SRect box = polygon->GetBoundingBox();
+            if (minWidth > box.width() && minHeight > box.height()) {
+                if (debug.GetLevel() > 3)
+                    debug.Print("Skipping polygon due to size: gdspolyid=%d, (%f, %f)\n", int(polygon->gdspolyid),
+                                box.width(), box.height());
+                ++skipped;
+                continue;
+            }
+        }
+        if (keep && !polygon->IsInside(keepBox)) {
+            ++skipped;
+            continue;
+        }
+        if (!polygon->AddToCircuit(project, layerFile, scratch))
+            return false;
+    }
+    if (skipped > 0 && debug.GetLevel() > 0)
+        debug.Print("Skipped %d internal polygons\n", skipped);
+    return true;
+}
+
+bool SGdsPolygonList::GetSubstrate(const SGdsLayerFile& layerFile, SRect& rect)
+{
+    rect = SRect();
+    SOrdered mappings;
+    layerFile.GetByPurpose(mappings, kPurposeSubstrate);
+    if (mappings.isEmpty())
+        return true;
+    int count = 0;
+    SRect found;
+    for (size_t i = 0; i < itsCount; ++i) {
+        SRect box;
+        if (at(i)->GetSubstrateBox(layerFile, box)) {
+            ++count;
+            found = box;
+        }
+    }
+    if (count == 0) {
+        GdsWarning("WARNING: There are no substrate polygons, default substrate will be created.\n");
+        return true;
+    }
+    if (count > 1) {
+        GdsError("ERROR: There are more than one substrate polygons.\n");
+        return false;
+    }
+    rect = found;
+    return true;
+}
+
+void SGdsPolygonList::AddPorts(SXtranProject& project, const SGdsLayerFile& layerFile)
+{
+    SOrdered mappings;
+    layerFile.GetByPurpose(mappings, kPurposePort);
+    if (mappings.isEmpty())
+        return;
+    SGdsDebug& debug = GdsDebug();
+    std::vector<SPolygonEdge> edges;
+    std::set<std::pair<const void*, int>> seen;
+    for (size_t i = 0; i < itsCount; ++i) {
+        SGdsPolygon* polygon = at(i);
+        std::vector<SPolygonEdge> own;
+        if (!polygon->FindPortEdges(project, layerFile, own)) {
+            const SPoint first = polygon->GetPoint(0);
+            const SString where = SString::format("(%f,%f)\n  layer=%d, datatype=%d", first.x(), first.y(),
+                                                  polygon->itsLayer, polygon->itsDatatype);
+            GdsWarning("WARNING: Did not add port for port polygon at %s - %s.\n", where.data(),
+                       "could not find polygon to attach port to");
+            if (debug.GetLevel() > 3)
+                debug.Print("gdspolyid=%d, Skipped adding port - could not find polygon to attach port to.\n",
+                            int(polygon->gdspolyid));
+        }
+        for (const SPolygonEdge& edge : own)
+            if (seen.insert(std::make_pair(static_cast<const void*>(edge.itsPolygon), edge.itsVertex)).second)
+                edges.push_back(edge);
+    }
+    for (const SPolygonEdge& edge : edges) {
+        if (!project.IsInBox(edge.GetFirstPoint()) || !project.IsInBox(edge.GetSecondPoint()))
+            continue;
+        if (project.GetEdgeSide(edge.itsPolygon, edge.itsVertex) != SXtranProject::SideNone) {
+            project.AddPort(edge.itsPolygon, edge.itsVertex);
+            continue;
+        }
+        SMetalPolygon* extension = nullptr;
+        int extensionEdge = 0;
+        if (project.ExtendToWall(edge.itsPolygon, edge.itsVertex, extension, extensionEdge, SGdsPolygon::TakeFileId()))
+            project.AddPort(extension, extensionEdge);
+    }
+    project.RenumberPorts(false);
+}
+
+uint64_t SGdsPolygonList::GetMaxLevel(const SGdsLayerFile& layerFile) const
+{
+    uint64_t level = 0;
+    SOrdered scratch;
+    for (size_t i = 0; i < itsCount; ++i) {
+        const uint64_t own = at(i)->GetMaxLevel(layerFile, scratch);
+        level = own > level ? own : level;
+    }
+    return level;
+}
+
+void SGdsPolygonList::Translate(const SPoint& delta)
+{
+    for (size_t i = 0; i < itsCount; ++i)
+        at(i)->Translate(delta);
 }

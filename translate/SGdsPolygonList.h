@@ -12,7 +12,9 @@
 #include "SRect.h"
 #include "SXtransList.h"
 
+class SGdsLayerFile;
 class SGdsStructureList;
+class SXtranProject;
 
 // The state of one flattening and its result: the flat polygons in the order
 // they were made, the placements of the reference being expanded, and the
@@ -31,6 +33,19 @@ public:
 
     // A new polygon at the end of the list.
     virtual SGdsPolygon* NewPolygon();
+
+    // Filters the polygons, makes the technology layers of the mappings and hands every
+    // polygon that passes to the project. False when the project refused one.
+    virtual bool AddToProject(SXtranProject& project, SGdsLayerFile& layerFile);
+    // The box of the one substrate polygon, or the empty rectangle for none; false, after
+    // the message, for more than one.
+    virtual bool GetSubstrate(const SGdsLayerFile& layerFile, SRect& rect);
+    // Ports where port polygons lie across project edges, numbered in wall order. Runs
+    // on final coordinates, over every polygon, filtered or not.
+    virtual void AddPorts(SXtranProject& project, const SGdsLayerFile& layerFile);
+    // The highest level named by a mapping in use; 0 for none.
+    virtual uint64_t GetMaxLevel(const SGdsLayerFile& layerFile) const;
+    virtual void Translate(const SPoint& delta);
 
     size_t entries() const { return itsCount; }
     bool isEmpty() const { return itsCount == 0; }
@@ -71,6 +86,16 @@ public:
     SGdsStructureList* itsStructureList;
     SXtransList itsTransforms;
     double itsConversionFactor = 1.0;
+
+    // Filters of AddToProject. The keep box is off while it is the empty rectangle. Size
+    // mode 0 keeps all, 1 takes the minimum in units, 2 in per cent of the keep box or,
+    // without one, of all polygons.
+    SRect itsKeepBox;
+    int itsMinSizeMode = 0;
+    double itsMinWidth = 0.0;
+    double itsMinHeight = 0.0;
+    // -e clears it; the "MakeTechLayers" setting of section "Gds" can veto it.
+    bool itsMakeTechLayers = true;
 
 private:
     static const size_t kBlockSize = 4096;

@@ -222,3 +222,15 @@ void SLayerFile::GetMapped(SOrdered& list) const
             list.append(item);
     }
 }
+
+void SLayerFile::BindProject(SXtranProject& project)
+{
+    for (SCollectable* item : itsMappings)
+        static_cast<SLayerMapping*>(item)->BindProject(project);
+}
+
+void SLayerFile::BindProjectOnce(SXtranProject& project)
+{
+    for (SCollectable* item : itsMappings)
+        static_cast<SLayerMapping*>(item)->BindProjectOnce(project);
+}

@@ -12,6 +12,7 @@
 #include "SString.h"
 
 class SOrdered;
+class SXtranProject;
 
 class SLayerFile : public SCommentedFile
 {
@@ -31,6 +32,9 @@ public:
 
     // The current line as a new mapping, kept on success.
     virtual bool ReadMapping();
+    // Ties every mapping to the project's materials.
+    virtual void BindProject(SXtranProject& project);
+    virtual void BindProjectOnce(SXtranProject& project);
     // Deletes the mapping at a position of GetAll().
     virtual void RemoveAt(size_t index);
     // Sorts anew, after keys were changed in place.

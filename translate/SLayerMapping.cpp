@@ -3,6 +3,7 @@
 #include <QTextStream>
 
 #include "SLayerFile.h"
+#include "SXtranProject.h"
 
 SCOLLECTABLE_DEFINE(SLayerMapping, SID_LAYERMAPPING, &SCollectable::staticTypeInfo())
 
@@ -331,4 +332,22 @@ void SLayerMapping::AddTechLayerSuffix()
         itsTechLayerName += SString("_") + ToLevelText();
     char letter = itsPurpose >= 0 && itsPurpose < kPurposeCount ? kPurposes[itsPurpose].letter : 'p';
     itsTechLayerName += SString::format("_%c", letter);
+}
+
+void SLayerMapping::BindProject(SXtranProject& project)
+{
+    if (!itsMapped)
+        return;
+    switch (itsPurpose) {
+    case kPurposeMetal: itsMetalType = project.GetMetalType(itsMapName, true); break;
+    case kPurposeBrick: itsBrickType = project.GetBrickType(itsMapName); break;
+    case kPurposeVia: itsViaType = project.GetViaType(itsMapName, true); break;
+    default: break;
+    }
+}
+
+void SLayerMapping::BindProjectOnce(SXtranProject& project)
+{
+    if (!itsTechLayer)
+        BindProject(project);
 }

@@ -16,6 +16,7 @@ class SMetalType;
 class SViaMetalType;
 class SBrickType;
 class STechLayer;
+class SXtranProject;
 
 enum SLayerFileClassID : ClassID {
     SID_LAYERMAPPING = 3301,
@@ -60,6 +61,11 @@ public:
     // Reads the current line of the file; on failure the file holds the message.
     virtual bool Read(SLayerFile& file);
     virtual bool ReadStreamNumbers(SLayerFile& file);
+    // A mapping that is on takes the project's material of its name (any case), made
+    // when the project has none: a metal, brick or via type by purpose.
+    virtual void BindProject(SXtranProject& project);
+    // The same, only while no technology layer is bound.
+    virtual void BindProjectOnce(SXtranProject& project);
     // True when both map the same outside layer.
     virtual bool SameKey(const SLayerMapping& other) const;
     virtual void SetDefaultTechLayerName(bool addSuffix);

@@ -1,0 +1,68 @@
+#ifndef SCOUPLEDGROUP_H
+#define SCOUPLEDGROUP_H
+
+#include "SEnclosure.h"
+#include "SRect.h"
+
+class SCircuit;
+class SFile;
+class SProjectErrorManager;
+class SProjectStream;
+class SRefPlane;
+
+// Ports calibrated together. Its reference planes (one per box side and one for autoground
+// ports) are its children. Groups belong to the circuit's enclosure list.
+class SCoupledGroup : public SEnclosure {
+  SCOLLECTABLE_DECLARE(SCoupledGroup)
+public:
+  // The value of a ground reference that is never written.
+  static constexpr int kHiddenGround = 6;
+
+  SCoupledGroup() {}
+
+  SString GetName() const override { return itsName; }
+  void SetName(const SString& name) { itsName = name; }
+  // "Auto", marked LOCAL in the file.
+  bool IsAutomatic() const { return itsAutomatic != 0; }
+  void SetAutomatic(bool on);
+  int GetGroupId() const { return itsGroupId; }
+  void SetGroupId(int id) { itsGroupId = id; }
+  int GetGroundReference() const { return itsGroundReference; }
+  void SetGroundReference(int code) { itsGroundReference = code; }
+  int GetGroundDirection() const { return itsGroundDirection; }
+  void SetGroundDirection(int code) { itsGroundDirection = code; }
+  // The older file codes: 0 feedline, 1 custom, 2 one cell.
+  int GetTerminalWidthType() const { return itsTerminalWidthType; }
+  void SetTerminalWidthType(int code) { itsTerminalWidthType = code; }
+  double GetTerminalWidth() const { return itsTerminalWidth; }
+  void SetTerminalWidth(double value) { itsTerminalWidth = value; }
+  const SRect& GetBoundingBox() const { return itsBoundingBox; }
+  void SetBoundingBox(const SRect& box) { itsBoundingBox = box; }
+
+  // The plane of a side (0 to 3, 4 autoground), made on the first request when `create`.
+  SRefPlane* GetRefPlane(int side, bool create = false);
+
+  // The first group of that name in the circuit, or null.
+  static SCoupledGroup* Find(const SCircuit& circuit, const SString& name);
+  // A new group with the circuit's next free id, added to the circuit.
+  static SCoupledGroup* Make(SCircuit& circuit);
+  // One more than the highest group id of the circuit.
+  static int NextId(const SCircuit& circuit);
+
+  // "CUPGRP" to "END".
+  void Write(SProjectStream& out, int format) const;
+  // After the keyword; leaves the file on the END line.
+  bool Read(SFile& file, SProjectErrorManager& errors);
+
+private:
+  SString itsName;
+  unsigned char itsAutomatic = 0;
+  int itsGroupId = 0;
+  int itsGroundReference = 0;
+  int itsGroundDirection = 2;
+  int itsTerminalWidthType = 0;
+  double itsTerminalWidth = 0.0;
+  SRect itsBoundingBox;
+};
+
+#endif

@@ -1,0 +1,172 @@
+// Real layouts translated end to end: the project of each corpus stream holds, level by
+// level, what an independent reader counts on the stream layer of that number.
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "GdsRun.h"
+#include "SCircuit.h"
+#include "SGeometryBlock.h"
+#include "SMetalPolygon.h"
+#include "SProject.h"
+
+using gdstest::GdsRun;
+using gdstest::RunResult;
+
+namespace {
+
+const QString kCorpus = QString(GDS_CORPUS_DIR);
+const char* const kNoCorpus = "no_corpus";
+// Larger layouts belong to the bench.
+const double kMostShapes = 150000;
+
+std::vector<std::string> CorpusFiles()
+{
+    std::vector<std::string> files;
+    for (const QString& name : QDir(kCorpus + "/public").entryList({"*.gds"}, QDir::Files, QDir::Name))
+        files.push_back(name.toStdString());
+    if (files.empty())
+        files.push_back(kNoCorpus);
+    return files;
+}
+
+std::string TestName(const testing::TestParamInfo<std::string>& info)
+{
+    std::string name = info.param;
+    std::replace_if(name.begin(), name.end(), [](char c) { return !std::isalnum((unsigned char)c); }, '_');
+    return name;
+}
+
+struct LevelSum
+{
+    size_t count = 0;
+    double area = 0.0;
+    double perimeter = 0.0;
+    bool selfTouching = false;
+};
+
+double Perimeter(const std::vector<SPoint>& points)
+{
+    double length = 0.0;
+    for (size_t i = 0; i < points.size(); ++i) {
+        const SPoint d = points[(i + 1) % points.size()] - points[i];
+        length += std::hypot(d.x(), d.y());
+    }
+    return length;
+}
+
+// A contour through one point twice has as many areas as ways to resolve it.
+bool TouchesItself(const std::vector<SPoint>& points)
+{
+    std::vector<std::pair<double, double>> sorted;
+    for (const SPoint& p : points)
+        sorted.emplace_back(p.x(), p.y());
+    std::sort(sorted.begin(), sorted.end());
+    return std::adjacent_find(sorted.begin(), sorted.end()) != sorted.end();
+}
+
+class CorpusTranslation : public testing::TestWithParam<std::string>
+{
+};
+
+} // namespace
+
+// Paths are compared by count only: their outlines follow this program's path rules,
+// which differ from KLayout's (round ends of pathtype 1, and paths of zero width or of one
+// point), so their areas can't be summed against the oracle's.
+TEST_P(CorpusTranslation, PolygonsPerLevelMatchTheOracle)
+{
+    QFile json(kCorpus + "/oracle/" + QString::fromStdString(GetParam()) + ".json");
+    if (GetParam() == kNoCorpus || !json.open(QIODevice::ReadOnly))
+        GTEST_SKIP() << "no corpus at " << kCorpus.toStdString();
+    const QJsonObject oracle = QJsonDocument::fromJson(json.readAll()).object();
+    if (oracle.value("gzip_compressed").toBool())
+        GTEST_SKIP() << "compressed stream";
+    const QString best = oracle.value("best").toString();
+    if (best.isEmpty())
+        GTEST_SKIP() << "no structure holds a shape";
+    const QJsonObject flat = oracle.value("flat").toObject().value(best).toObject();
+    const QJsonObject totals = flat.value("totals").toObject();
+    if (totals.value("boundary").toDouble() + totals.value("box").toDouble() + totals.value("path").toDouble() >
+        kMostShapes)
+        GTEST_SKIP() << "large layout";
+
+    GdsRun run;
+    ASSERT_TRUE(QFile::copy(kCorpus + "/public/" + QString::fromStdString(GetParam()), run.Dir() + "/chip.gds"));
+    // A fresh layer file maps stream layer n to level n.
+    RunResult result = run.Run({"-W", "-p", best, "chip.gds"});
+    ASSERT_EQ(result.status, 0) << result.out;
+
+    SProject project;
+    project.SetProjectType(SProject::SecondSolverProject);
+    project.SetTemplateRead(true);
+    project.SetFileName(SString(run.Path("chip.vel").c_str()));
+    ASSERT_TRUE(project.Read(0)) << project.GetErrors().ErrorText().data();
+    const SCircuit* circuit = project.GetGeometryBlock()->GetCircuit();
+    ASSERT_NE(circuit, nullptr);
+    std::vector<SEnclosure*> shapes;
+    circuit->CollectPolygons(shapes);
+    std::map<int, LevelSum> ours;
+    for (SEnclosure* shape : shapes) {
+        const SMetalPolygon* metal = static_cast<const SMetalPolygon*>(shape);
+        LevelSum& sum = ours[metal->GetLevelIndex()];
+        ++sum.count;
+        sum.area += std::fabs(metal->Area());
+        sum.perimeter += Perimeter(metal->GetVertices());
+        sum.selfTouching = sum.selfTouching || TouchesItself(metal->GetVertices());
+    }
+
+    struct Expected
+    {
+        size_t shapes = 0;
+        size_t paths = 0;
+        double area = 0.0;
+        bool areaKnown = true;
+    };
+    std::map<int, Expected> expected;
+    const QJsonObject layers = flat.value("layers").toObject();
+    for (const QString& key : layers.keys()) {
+        const QJsonObject layer = layers.value(key).toObject();
+        Expected& e = expected[key.section('/', 0, 0).toInt()];
+        e.shapes += size_t(layer.value("boundary").toDouble() + layer.value("box").toDouble());
+        e.paths += size_t(layer.value("path").toDouble());
+        e.area += layer.value("area_boundary_box").toDouble();
+        e.areaKnown = e.areaKnown && layer.contains("area_boundary_box");
+    }
+    // Every coordinate keeps six significant digits, so a vertex moves by up to half a unit
+    // of the sixth digit of the largest coordinate, and an edge sideways by that times
+    // the square root of two: an area change of up to that times the perimeter.
+    double largest = 0.0;
+    for (const QJsonValue v : flat.value("bbox").toArray())
+        largest = std::max(largest, std::fabs(v.toDouble()));
+    const double step = largest > 0 ? 0.5 * std::pow(10.0, std::floor(std::log10(largest)) - 5) : 0.0;
+    for (const auto& entry : expected) {
+        SCOPED_TRACE("level " + std::to_string(entry.first));
+        const Expected& e = entry.second;
+        const LevelSum& sum = ours[entry.first];
+        // A path whose points all fall together makes no polygon.
+        EXPECT_GE(sum.count, e.shapes);
+        EXPECT_LE(sum.count, e.shapes + e.paths);
+        if (e.paths == 0 && e.areaKnown && !sum.selfTouching) {
+            const double rounding = sum.perimeter * step * std::sqrt(2.0);
+            EXPECT_NEAR(sum.area, e.area, std::max(1e-5 * e.area, rounding) + 1e-9);
+        }
+        ours.erase(entry.first);
+    }
+    for (const auto& extra : ours)
+        EXPECT_EQ(extra.second.count, 0u) << "level " << extra.first << " has no stream layer in the oracle";
+}
+
+INSTANTIATE_TEST_SUITE_P(Corpus, CorpusTranslation, testing::ValuesIn(CorpusFiles()), TestName);
