@@ -6,6 +6,13 @@
 #include "SGdsDebug.h"
 #include "SVeloraDirectoryInstance.h"
 
+#ifdef GDS_JEMALLOC
+// Read by the allocator before main: huge pages for the heap.
+extern "C" {
+const char* malloc_conf = "thp:always,metadata_thp:always";
+}
+#endif
+
 namespace {
 const char* const kVersion = "17.52.1";
 }
