@@ -1,8 +1,7 @@
 #ifndef SBRICKTYPE_H
 #define SBRICKTYPE_H
 
-#include "SEnclosure.h"
-#include "SMaterialTypeData.h"
+#include "SMaterialType.h"
 #include "SValueVar.h"
 
 class SDimensionBlock;
@@ -26,17 +25,12 @@ public:
   int itsDefinition = UserBrick;
 };
 
-class SBrickType : public SEnclosure, public SBrickTypeData {
+class SBrickType : public SMaterialType<SBrickTypeData> {
   SCOLLECTABLE_DECLARE(SBrickType)
 public:
   SBrickType();
   SBrickType(const SString& name, int parmType, int pattern);
 
-  SString GetName() const override { return itsTypeName; }
-  void SetName(const SString& name) { SetTypeName(name); }
-  bool IsChanged() const override { return itsChanged != 0; }
-  void SetChanged(bool on) override { itsChanged = on ? 1 : 0; }
-  bool IsFromSTF() const override { return !itsTechFile.isEmpty(); }
   int GetDefinition() const { return itsDefinition; }
   bool IsSameAs(const SBrickType& other) const;
   SString Describe() const;

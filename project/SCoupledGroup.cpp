@@ -8,6 +8,7 @@
 #include "SProjectErrorManager.h"
 #include "SProjectStream.h"
 #include "SRefPlane.h"
+#include "SWordTable.h"
 
 SCOLLECTABLE_DEFINE(SCoupledGroup, SID_COUPLEDGROUP, &SEnclosure::staticTypeInfo())
 
@@ -71,8 +72,7 @@ void SCoupledGroup::Write(SProjectStream& out, int format) const {
   out << "\nID " << itsGroupId << '\n';
   if (format < 21) {
     out << "GNDREF " << OldGroundLetter(itsGroundReference) << '\n';
-    const int width = itsTerminalWidthType >= 0 && itsTerminalWidthType <= 2 ? itsTerminalWidthType : 0;
-    out << "TWTYPE " << kOldWidthWords[width] << '\n';
+    out << "TWTYPE " << SWordTable::WordOf(kOldWidthWords, itsTerminalWidthType, kOldWidthWords[0]) << '\n';
     if (itsTerminalWidth > 0.0) out << "TWVALUE " << itsTerminalWidth << '\n';
   } else if (itsGroundReference != kHiddenGround) {
     out << "GNDREF " << SPortData::GroundWord(itsGroundReference);
@@ -124,9 +124,7 @@ bool SCoupledGroup::Read(SFile& file, SProjectErrorManager& errors) {
       }
     } else if (SFileBlock::Match(key, "TWTYPE")) {
       file.GetToken(word);
-      int width = -1;
-      for (int i = 0; i < 3; ++i)
-        if (word == kOldWidthWords[i]) width = i;
+      const int width = SWordTable::CodeOf(kOldWidthWords, word, -1);
       if (width < 0) return ReadFault(errors, file, 6017, 6216);
       itsTerminalWidthType = width;
     } else if (SFileBlock::Match(key, "TWVALUE")) {

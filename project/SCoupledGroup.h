@@ -2,6 +2,7 @@
 #define SCOUPLEDGROUP_H
 
 #include "SEnclosure.h"
+#include "SGroundSettings.h"
 #include "SRect.h"
 
 class SCircuit;
@@ -11,14 +12,15 @@ class SProjectStream;
 class SRefPlane;
 
 // Ports calibrated together. Its reference planes (one per box side and one for autoground
-// ports) are its children. Groups belong to the circuit's enclosure list.
-class SCoupledGroup : public SEnclosure {
+// ports) are its children. Groups belong to the circuit's enclosure list. The terminal width
+// takes the older file codes: 0 feedline, 1 custom, 2 one cell.
+class SCoupledGroup : public SEnclosure, public SGroundSettings {
   SCOLLECTABLE_DECLARE(SCoupledGroup)
 public:
   // The value of a ground reference that is never written.
   static constexpr int kHiddenGround = 6;
 
-  SCoupledGroup() {}
+  SCoupledGroup() : SGroundSettings(0) {}
 
   SString GetName() const override { return itsName; }
   void SetName(const SString& name) { itsName = name; }
@@ -27,15 +29,6 @@ public:
   void SetAutomatic(bool on);
   int GetGroupId() const { return itsGroupId; }
   void SetGroupId(int id) { itsGroupId = id; }
-  int GetGroundReference() const { return itsGroundReference; }
-  void SetGroundReference(int code) { itsGroundReference = code; }
-  int GetGroundDirection() const { return itsGroundDirection; }
-  void SetGroundDirection(int code) { itsGroundDirection = code; }
-  // The older file codes: 0 feedline, 1 custom, 2 one cell.
-  int GetTerminalWidthType() const { return itsTerminalWidthType; }
-  void SetTerminalWidthType(int code) { itsTerminalWidthType = code; }
-  double GetTerminalWidth() const { return itsTerminalWidth; }
-  void SetTerminalWidth(double value) { itsTerminalWidth = value; }
   const SRect& GetBoundingBox() const { return itsBoundingBox; }
   void SetBoundingBox(const SRect& box) { itsBoundingBox = box; }
 
@@ -58,10 +51,6 @@ private:
   SString itsName;
   unsigned char itsAutomatic = 0;
   int itsGroupId = 0;
-  int itsGroundReference = 0;
-  int itsGroundDirection = 2;
-  int itsTerminalWidthType = 0;
-  double itsTerminalWidth = 0.0;
   SRect itsBoundingBox;
 };
 

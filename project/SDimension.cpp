@@ -6,6 +6,7 @@
 #include "SGeoClassID.h"
 #include "SProjectErrorManager.h"
 #include "SProjectStream.h"
+#include "SWordTable.h"
 
 SCOLLECTABLE_DEFINE(SDimension, SID_DIMENSION, &SEnclosure::staticTypeInfo())
 
@@ -27,8 +28,7 @@ void SDimension::Write(SProjectStream& out, const SCircuit& circuit, int format)
   out << "DIM " << KindWord(itsKind, format) << ' ' << (itsDirection == YDirection ? "YDIR" : "XDIR");
   if (format >= 5) out << ' ' << itsSignFactor;
   if (format >= 9 && itsKind != Standard) {
-    const int mode = itsScaleMode >= NotScaled && itsScaleMode <= ScaleXY ? itsScaleMode : NotScaled;
-    out << ' ' << kScaleWords[mode];
+    out << ' ' << SWordTable::WordOf(kScaleWords, itsScaleMode, kScaleWords[NotScaled]);
   }
   out << "\nPOS " << itsLabelPosition.x() << ' ' << itsLabelPosition.y() << '\n';
   out << "NOM " << itsNominal << '\n';
@@ -63,9 +63,7 @@ bool SDimension::Read(SFile& file, SProjectErrorManager& errors) {
   double sign = 1.0;
   if (file.GetDouble(sign)) SetSignFactor(sign);
   // The scale mode is the variable's business; a word it doesn't know is left for it.
-  if (file.GetUpperToken(word))
-    for (int mode = NotScaled; mode <= ScaleXY; ++mode)
-      if (word == kScaleWords[mode]) itsScaleMode = mode;
+  if (file.GetUpperToken(word)) itsScaleMode = SWordTable::CodeOf(kScaleWords, word, itsScaleMode);
   for (;;) {
     if (!file.NextLine()) return ReadFault(errors, file, 6024);
     SString key;

@@ -35,14 +35,7 @@ void SEdgeVia::Write(SProjectStream& out, int format, long long ordinal) const {
   handle.SetPolygonId(polygon != nullptr ? polygon->GetId() : itsPolygonId);
   handle.AddItem(itsEdge);
   handle.Write(out);
-  out << "TOLEVEL ";
-  if (itsToLevelType == ToTop)
-    out << "TOP";
-  else if (itsToLevelType == ToGround)
-    out << "GND";
-  else
-    out << itsToLevel;
-  out << '\n';
+  out << "TOLEVEL " << GetToLevelText() << '\n';
 }
 
 bool SEdgeVia::Read(SFile& file, const SString& keyword, SProjectErrorManager& errors) {
@@ -58,17 +51,7 @@ bool SEdgeVia::Read(SFile& file, const SString& keyword, SProjectErrorManager& e
     SString token;
     if (!file.NextLine() || !file.GetToken(token) || !SFileBlock::Match(token, "TOLEVEL"))
       return ReadFault(errors, file, 6024);
-    if (!file.GetUpperToken(token)) return ReadFault(errors, file, 6059);
-    if (token == "TOP") {
-      itsToLevelType = ToTop;
-    } else if (token == "GND") {
-      itsToLevelType = ToGround;
-    } else {
-      bool ok = false;
-      const int level = token.toInt(&ok);
-      if (!ok) return ReadFault(errors, file, 6059);
-      SetToLevel(level);
-    }
+    if (!file.GetUpperToken(token) || !SetToLevelText(token)) return ReadFault(errors, file, 6059);
     return true;
   }
   itsViaKind = upper == "EVIAI" ? OlderEdgeVia : OlderVia;

@@ -11,6 +11,7 @@
 #include "SProjectStream.h"
 #include "SViaMetalType.h"
 #include "SViaPolygon.h"
+#include "SWordTable.h"
 
 #include <cstdio>
 
@@ -76,32 +77,43 @@ bool SMetalPolygon::ReadTail(SFile& file, SProjectErrorManager& errors, int poin
 
 // ---- via
 
+SString SViaData::ToLevelText(int type, int level) {
+  if (type == ToTop) return "TOP";
+  if (type == ToGround) return "GND";
+  return SString::number(static_cast<long long>(level));
+}
+
+bool SViaData::SetToLevelText(const SString& text) {
+  if (text == "TOP") {
+    itsToLevelType = ToTop;
+  } else if (text == "GND") {
+    itsToLevelType = ToGround;
+  } else {
+    bool ok = false;
+    const int level = text.toInt(&ok);
+    if (!ok) return false;
+    SetToLevel(level);
+  }
+  return true;
+}
+
 SViaMetalType* SViaPolygon::GetViaType() const { return static_cast<SViaMetalType*>(itsMaterial); }
 void SViaPolygon::SetViaType(SViaMetalType* type) { itsMaterial = type; }
 
+namespace {
+const char* const kFillWords[] = {"LEGACY", "RING", "SOLID", "VERTICES", "CENTER", "BAR", "HIDDEN"};
+}  // namespace
+
 const char* SViaPolygon::FillWord(int fill, int format) {
-  switch (fill) {
-  case Ring: return "RING";
-  case Solid: return "SOLID";
-  case Vertices: return "VERTICES";
-  case Center: return "CENTER";
-  case Bar: return format < 19 ? "VERTICES" : "BAR";
-  case HiddenFill: return "HIDDEN";
-  default: return "LEGACY";
-  }
+  if (fill == Bar && format < 19) return "VERTICES";
+  return SWordTable::WordOf(kFillWords, fill, kFillWords[Legacy]);
 }
 
 void SViaPolygon::Write(SProjectStream& out, int level, int format) const {
   if (format >= 3) out << "VIA POLYGON\n";
   WriteHeader(out, level, MaterialNumber(), static_cast<unsigned long long>(itsId), format);
   if (format >= 3) {
-    out << "TOLEVEL ";
-    if (itsToLevelType == ToTop)
-      out << "TOP";
-    else if (itsToLevelType == ToGround)
-      out << "GND";
-    else
-      out << itsToLevel;
+    out << "TOLEVEL " << GetToLevelText();
     if (format >= 11) out << ' ' << FillWord(itsViaFill, format) << ' ' << (itsCovers ? "COVERS" : "NOCOVERS");
     out << '\n';
   }
@@ -118,27 +130,13 @@ bool SViaPolygon::ReadToLevel(SFile& file, SProjectErrorManager& errors) {
     errors.AddPrefixedError(SProjectErrorManager::Error, line, 6002, 6059);
     return false;
   }
-  if (token == "TOP") {
-    itsToLevelType = ToTop;
-  } else if (token == "GND") {
-    itsToLevelType = ToGround;
-  } else {
-    bool ok = false;
-    const int level = token.toInt(&ok);
-    if (!ok) {
-      errors.AddError(SProjectErrorManager::Error, line, 6059);
-      return false;
-    }
-    SetToLevel(level);
+  if (!SetToLevelText(token)) {
+    errors.AddError(SProjectErrorManager::Error, line, 6059);
+    return false;
   }
   itsViaFill = Legacy;
   if (!file.GetUpperToken(token)) return true;
-  static const struct {
-    const char* word;
-    int fill;
-  } kFills[] = {{"SOLID", Solid}, {"RING", Ring}, {"VERTICES", Vertices}, {"CENTER", Center}, {"BAR", Bar}, {"HIDDEN", HiddenFill}};
-  for (const auto& f : kFills)
-    if (token == f.word) itsViaFill = f.fill;
+  itsViaFill = SWordTable::CodeOf(kFillWords, token, Legacy);
   if (!file.GetUpperToken(token)) return true;
   if (token != "COVERS" && token != "NOCOVERS") {
     static bool told = false;

@@ -1,8 +1,7 @@
 #ifndef SMETALTYPE_H
 #define SMETALTYPE_H
 
-#include "SEnclosure.h"
-#include "SMaterialTypeData.h"
+#include "SMaterialType.h"
 #include "SValueVar.h"
 
 class SFile;
@@ -48,18 +47,13 @@ public:
   int itsThickDirection = 0;
 };
 
-class SMetalType : public SEnclosure, public SMetalTypeData {
+class SMetalType : public SMaterialType<SMetalTypeData> {
   SCOLLECTABLE_DECLARE(SMetalType)
 public:
   SMetalType();
   SMetalType(const SString& name, int definition, int pattern, int specification, double rdc, double rrf,
              double xdc, double ls);
 
-  SString GetName() const override { return itsTypeName; }
-  void SetName(const SString& name) { SetTypeName(name); }
-  bool IsChanged() const override { return itsChanged != 0; }
-  void SetChanged(bool on) override { itsChanged = on ? 1 : 0; }
-  bool IsFromSTF() const override { return !itsTechFile.isEmpty(); }
   bool IsSameAs(const SMetalType& other) const;
 
   // "WG Load", "Normal: Cnd:INF T:0 CR:0.5" and so on; for viewers, not for files.

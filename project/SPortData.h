@@ -2,6 +2,7 @@
 #define SPORTDATA_H
 
 #include "SEdge.h"
+#include "SGroundSettings.h"
 #include "SPoint.h"
 #include "SString.h"
 
@@ -12,8 +13,9 @@ class SCoupledGroup;
 class SRefPlane;
 
 // Everything a port carries besides its place in the tree. Inductance in nH, capacitance
-// in pF, resistance and reactance in ohms.
-class SPortData : public SEdge {
+// in pF, resistance and reactance in ohms. Not copied: the port owns its plane, and ports
+// are enclosures, which aren't copied either.
+class SPortData : public SEdge, public SGroundSettings {
 public:
   enum Type { Standard = 0, AutoGround = 1, CoCalibrated = 2, DeltaGap = 3, BoxWall = 4, ViaPort = 5, Component = 6 };
   enum GroundReference { GroundAuto = 0, GroundBoxCover = 1, GroundPolygonEdge = 2, GroundPolygonPlane = 3,
@@ -22,8 +24,8 @@ public:
   enum TerminalWidth { OneCell = 0, FeedlineWidth = 1, CustomWidth = 2 };
 
   SPortData();
-  SPortData(const SPortData& other);
-  SPortData& operator=(const SPortData& other);
+  SPortData(const SPortData&) = delete;
+  SPortData& operator=(const SPortData&) = delete;
   virtual ~SPortData();
 
   int GetType() const { return itsType; }
@@ -75,14 +77,6 @@ public:
   // Not owned: groups belong to the circuit.
   SCoupledGroup* GetGroup() const { return itsGroup; }
   void SetGroup(SCoupledGroup* group) { itsGroup = group; }
-  int GetGroundReference() const { return itsGroundReference; }
-  void SetGroundReference(int code) { itsGroundReference = code; }
-  int GetGroundDirection() const { return itsGroundDirection; }
-  void SetGroundDirection(int code) { itsGroundDirection = code; }
-  int GetTerminalWidthType() const { return itsTerminalWidthType; }
-  void SetTerminalWidthType(int code) { itsTerminalWidthType = code; }
-  double GetTerminalWidth() const { return itsTerminalWidth; }
-  void SetTerminalWidth(double width) { itsTerminalWidth = width; }
 
   // File words. Ground reference: AUTO BOX EDGE POLY FLOAT HIDDEN; direction: AUTO ABOVE
   // BELOW BOTH; terminal width: CELL FEED CUST. Readers answer -1 for a word they don't know.
@@ -110,10 +104,6 @@ protected:
   unsigned char itsPolarityReversed = 0;
   unsigned char itsSimple = 0;
   SCoupledGroup* itsGroup = nullptr;
-  int itsGroundReference = GroundAuto;
-  int itsGroundDirection = DirectionBelow;
-  int itsTerminalWidthType = FeedlineWidth;
-  double itsTerminalWidth = 0.0;
 };
 
 #endif

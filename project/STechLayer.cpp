@@ -15,6 +15,7 @@
 #include "SRegexp.h"
 #include "SViaMetalType.h"
 #include "SViaPolygon.h"
+#include "SWordTable.h"
 
 #include <QRegExp>
 #include <QXmlStreamWriter>
@@ -85,10 +86,10 @@ void CopyAttributes(SBaseEnclosure* to, SBaseEnclosure* from) {
   }
 }
 
+// The short form is "T" and "G" for the top and the ground.
 SString ToLevelPart(int type, int level, bool shortForm) {
-  if (type == STechLayer::ToTop) return shortForm ? "T" : "TOP";
-  if (type == STechLayer::ToGround) return shortForm ? "G" : "GND";
-  return SString::number(static_cast<long long>(level));
+  const SString text = SViaData::ToLevelText(type, level);
+  return shortForm && type != STechLayer::ToLevelNumber ? text.left(1) : text;
 }
 }  // namespace
 
@@ -328,41 +329,15 @@ int STechLayer::GetXMax() const { return GetTemplate() != nullptr ? GetTemplate(
 int STechLayer::GetYMax() const { return GetTemplate() != nullptr ? GetTemplate()->GetYMax() : 0; }
 double STechLayer::GetMaxLength() const { return GetTemplate() != nullptr ? GetTemplate()->GetMaxSubLen() : 0.0; }
 
-const char* STechLayer::FillTypeText(int code) {
-  switch (code) {
-  case 0: return "Staircase";
-  case 1: return "Conformal";
-  case 2: return "Diagonal";
-  case 3: return "*Hidden";
-  case 6: return "*Corner";
-  case 7: return "*Both";
-  default: return "unknown";
-  }
-}
+namespace {
+const char* const kFillTypes[] = {"Staircase", "Conformal", "Diagonal", "*Hidden", nullptr, nullptr, "*Corner", "*Both"};
+const char* const kIsoTypes[] = {"X and Y", "X Only", "Y Only"};
+}  // namespace
 
-int STechLayer::FillTypeFromText(const SString& text) {
-  if (text == "*Hidden") return 3;
-  if (text == "*Both") return 7;
-  if (text == "*Corner") return 6;
-  if (text == "Conformal") return 1;
-  if (text == "Diagonal") return 2;
-  return 0;
-}
-
-const char* STechLayer::IsoTypeText(int code) {
-  switch (code) {
-  case 0: return "X and Y";
-  case 1: return "X Only";
-  case 2: return "Y Only";
-  default: return "unknown";
-  }
-}
-
-int STechLayer::IsoTypeFromText(const SString& text) {
-  if (text == "X Only") return 1;
-  if (text == "Y Only") return 2;
-  return 0;
-}
+const char* STechLayer::FillTypeText(int code) { return SWordTable::WordOf(kFillTypes, code, "unknown"); }
+int STechLayer::FillTypeFromText(const SString& text) { return SWordTable::CodeOf(kFillTypes, text, 0); }
+const char* STechLayer::IsoTypeText(int code) { return SWordTable::WordOf(kIsoTypes, code, "unknown"); }
+int STechLayer::IsoTypeFromText(const SString& text) { return SWordTable::CodeOf(kIsoTypes, text, 0); }
 
 // ---- texts and keys
 

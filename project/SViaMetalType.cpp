@@ -19,7 +19,7 @@ SViaMetalType::SViaMetalType() {}
 
 SViaMetalType::SViaMetalType(const SString& name, int pattern, bool infinite, bool solid, int specification,
                              double conductivity, double wallThickness)
-    : SViaMetalTypeData(infinite, solid) {
+    : SMaterialType<SViaMetalTypeData>(infinite, solid) {
   itsTypeName = name;
   SetPattern(pattern);
   itsSpecification = specification;

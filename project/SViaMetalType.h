@@ -1,8 +1,7 @@
 #ifndef SVIAMETALTYPE_H
 #define SVIAMETALTYPE_H
 
-#include "SEnclosure.h"
-#include "SMaterialTypeData.h"
+#include "SMaterialType.h"
 #include "SValueVar.h"
 
 class SDimensionBlock;
@@ -35,18 +34,13 @@ public:
   int itsDefinition = 0;
 };
 
-class SViaMetalType : public SEnclosure, public SViaMetalTypeData {
+class SViaMetalType : public SMaterialType<SViaMetalTypeData> {
   SCOLLECTABLE_DECLARE(SViaMetalType)
 public:
   SViaMetalType();
   SViaMetalType(const SString& name, int pattern, bool infinite, bool solid, int specification,
                 double conductivity, double wallThickness);
 
-  SString GetName() const override { return itsTypeName; }
-  void SetName(const SString& name) { SetTypeName(name); }
-  bool IsChanged() const override { return itsChanged != 0; }
-  void SetChanged(bool on) override { itsChanged = on ? 1 : 0; }
-  bool IsFromSTF() const override { return !itsTechFile.isEmpty(); }
   int GetDefinition() const { return itsDefinition; }
   bool IsSameAs(const SViaMetalType& other) const;
   // The loss type of the end of the chain of links: a linked planar metal's, else the last

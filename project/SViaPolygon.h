@@ -20,6 +20,11 @@ public:
   }
   int GetToLevelType() const { return itsToLevelType; }
   void SetToLevelType(int type) { itsToLevelType = type; }
+  // "TOP", "GND" or the level number, as the TOLEVEL line has it.
+  static SString ToLevelText(int type, int level);
+  SString GetToLevelText() const { return ToLevelText(itsToLevelType, itsToLevel); }
+  // Takes such a text (in upper case); false, and nothing taken, for anything else.
+  bool SetToLevelText(const SString& text);
 
 protected:
   int itsViaKind = EdgeVia;
