@@ -14,10 +14,7 @@ SEdgeVia::SEdgeVia(SMetalPolygon* owner, int edge) {
   if (owner != nullptr) owner->AddChild(this);
 }
 
-SMetalPolygon* SEdgeVia::GetPolygon() const {
-  return itsOwner != nullptr && itsOwner->isKindOf(SMetalPolygon::staticTypeInfo()) ? static_cast<SMetalPolygon*>(itsOwner)
-                                                                                   : nullptr;
-}
+SMetalPolygon* SEdgeVia::GetPolygon() const { return SMetalPolygon::Of(itsOwner); }
 
 void SEdgeVia::Write(SProjectStream& out, int format, long long ordinal) const {
   const SMetalPolygon* polygon = GetPolygon();

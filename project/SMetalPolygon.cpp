@@ -34,6 +34,10 @@ void MoveNode(SBaseEnclosure* node, SBaseEnclosure* parent) {
 
 // ---- metal
 
+SMetalPolygon* SMetalPolygon::Of(SBaseEnclosure* node) {
+  return node != nullptr && node->isKindOf(SMetalPolygon::staticTypeInfo()) ? static_cast<SMetalPolygon*>(node) : nullptr;
+}
+
 SMetalType* SMetalPolygon::GetType() const { return static_cast<SMetalType*>(itsMaterial); }
 void SMetalPolygon::SetType(SMetalType* type) { itsMaterial = type; }
 int SMetalPolygon::GetLevelIndex() const { return LevelIndexOf(this); }

@@ -34,6 +34,8 @@ class SMetalPolygon : public SEnclosure, public SMetalPolygonData {
 public:
   SMetalPolygon() {}
   explicit SMetalPolygon(SBaseEnclosure* owner) : SEnclosure(owner) {}
+  // `node` as a metal polygon (vias are ones too), or null.
+  static SMetalPolygon* Of(SBaseEnclosure* node);
 
   // Null means "Lossless".
   SMetalType* GetType() const;

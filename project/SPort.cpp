@@ -21,10 +21,7 @@ SPort::SPort(SMetalPolygon* owner, int edge) {
   if (owner != nullptr) owner->AddChild(this);
 }
 
-SMetalPolygon* SPort::GetPolygon() const {
-  return itsOwner != nullptr && itsOwner->isKindOf(SMetalPolygon::staticTypeInfo()) ? static_cast<SMetalPolygon*>(itsOwner)
-                                                                                   : nullptr;
-}
+SMetalPolygon* SPort::GetPolygon() const { return SMetalPolygon::Of(itsOwner); }
 
 SPoint SPort::GetPosition() const {
   const SMetalPolygon* polygon = GetPolygon();

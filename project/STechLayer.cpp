@@ -210,27 +210,20 @@ void STechLayer::SetLevel(int level) {
   itsTemplateLevel = level;
 }
 
-void STechLayer::SetToLevel(int level) {
+void STechLayer::SetViaTarget(void (SViaPolygon::*set)(int), int value) {
   SViaPolygon* via = GetViaTemplate();
   if (via == nullptr) return;
-  via->SetToLevel(level);
+  (via->*set)(value);
   std::vector<SEnclosure*> polygons;
   GetPolygons(polygons);
   for (SEnclosure* polygon : polygons)
     if (SViaPolygon* own = ViaOf(polygon))
-      if (!own->FollowsTechLayer()) own->SetToLevel(level);
+      if (!own->FollowsTechLayer()) (own->*set)(value);
 }
 
-void STechLayer::SetToLevelType(int type) {
-  SViaPolygon* via = GetViaTemplate();
-  if (via == nullptr) return;
-  via->SetToLevelType(type);
-  std::vector<SEnclosure*> polygons;
-  GetPolygons(polygons);
-  for (SEnclosure* polygon : polygons)
-    if (SViaPolygon* own = ViaOf(polygon))
-      if (!own->FollowsTechLayer()) own->SetToLevelType(type);
-}
+void STechLayer::SetToLevel(int level) { SetViaTarget(&SViaPolygon::SetToLevel, level); }
+
+void STechLayer::SetToLevelType(int type) { SetViaTarget(&SViaPolygon::SetToLevelType, type); }
 
 int STechLayer::GetToLevel() const {
   const SViaPolygon* via = GetViaTemplate();

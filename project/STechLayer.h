@@ -176,6 +176,8 @@ public:
 private:
   void MakeTemplate(int type);
   SCircuit* Circuit() const;
+  // Sets the template's target, and that of every polygon that differs from the layer there.
+  void SetViaTarget(void (SViaPolygon::*set)(int), int value);
 
   SString itsName;
   int itsLayerType = NoType;

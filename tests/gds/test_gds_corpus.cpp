@@ -17,36 +17,12 @@
 #include <string>
 #include <vector>
 
+#include "Corpus.h"
 #include "GdsRun.h"
 
 using namespace gdstest;
 
 namespace {
-
-const QString kCorpus = QString(GDS_CORPUS_DIR);
-// Stands in for the file list when there is no corpus, so that the tests
-// skip instead of vanishing.
-const char* const kNoCorpus = "no_corpus";
-
-std::vector<std::string> CorpusFiles()
-{
-    QDir dir(kCorpus + "/public");
-    QStringList names = dir.entryList({"*.gds"}, QDir::Files, QDir::Name);
-    std::vector<std::string> files;
-    for (const QString& name : names)
-        files.push_back(name.toStdString());
-    if (files.empty())
-        files.push_back(kNoCorpus);
-    return files;
-}
-
-QJsonObject Oracle(const std::string& file)
-{
-    QFile json(kCorpus + "/oracle/" + QString::fromStdString(file) + ".json");
-    if (!json.open(QIODevice::ReadOnly))
-        return QJsonObject();
-    return QJsonDocument::fromJson(json.readAll()).object();
-}
 
 // The bytes of a stream up to and including its ENDLIB record.
 std::string UpToEndlib(const std::string& stream)
@@ -64,23 +40,15 @@ std::string UpToEndlib(const std::string& stream)
     return stream.substr(0, position < stream.size() ? position : stream.size());
 }
 
-std::string TestName(const testing::TestParamInfo<std::string>& info)
-{
-    std::string name;
-    for (char c : info.param)
-        name += std::isalnum((unsigned char)c) ? c : '_';
-    return name;
-}
-
 class Corpus : public testing::TestWithParam<std::string>
 {
 protected:
     void SetUp() override
     {
         if (GetParam() == kNoCorpus)
-            GTEST_SKIP() << "no corpus at " << kCorpus.toStdString();
-        path = (kCorpus + "/public/" + QString::fromStdString(GetParam())).toStdString();
-        oracle = Oracle(GetParam());
+            GTEST_SKIP() << "no corpus at " << CorpusDir().toStdString();
+        path = CorpusStream(GetParam()).toStdString();
+        oracle = CorpusOracle(GetParam());
         ASSERT_FALSE(oracle.isEmpty()) << "no oracle for " << GetParam();
         gzip = oracle.value("gzip_compressed").toBool();
     }
@@ -161,4 +129,4 @@ TEST_P(Corpus, ShortDumpReadsBackToTheSameBytes)
     RecordProperty("seconds", std::to_string(timer.elapsed() / 1000.0));
 }
 
-INSTANTIATE_TEST_SUITE_P(Public, Corpus, testing::ValuesIn(CorpusFiles()), TestName);
+INSTANTIATE_TEST_SUITE_P(Public, Corpus, testing::ValuesIn(CorpusFiles()), CorpusTestName);

@@ -5,6 +5,8 @@
 #include "SErrorMessages.h"
 #include "SHeaderBlock.h"
 #include "SProject.h"
+#include "SProjectErrorEntry.h"
+#include "SProjectErrorManager.h"
 #include "SProjectFormat.h"
 
 #include <QFile>
@@ -14,6 +16,8 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
+#include <vector>
 
 // A fixed clock, the message texts, the current write format, and a scratch directory.
 class ProjectTest : public ::testing::Test {
@@ -85,6 +89,33 @@ protected:
   static bool Contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
   QTemporaryDir itsDir;
+};
+
+// A project of one GEO block, and the reading and writing of such blocks.
+class GeoTest : public ProjectTest {
+protected:
+  static std::string Project(const std::string& geoBody, int ftyp = 17) {
+    return "FTYP VELPROJ " + std::to_string(ftyp) + "\nDIM\nLNG UM\nEND DIM\nGEO\n" + geoBody + "END GEO\n";
+  }
+
+  // The body of the GEO block of a written project.
+  static std::string GeoBody(const std::string& text) {
+    const size_t begin = text.find("\nGEO\n");
+    const size_t end = text.find("END GEO\n");
+    if (begin == std::string::npos || end == std::string::npos) return "<no GEO block>";
+    return text.substr(begin + 5, end - begin - 5);
+  }
+
+  // Reads a body that must fail; gives the entries' message numbers and lines.
+  std::vector<std::pair<int, int>> Failure(const std::string& body) {
+    SProject project;
+    EXPECT_FALSE(ReadText(project, Project(body))) << body;
+    std::vector<std::pair<int, int>> found;
+    const SProjectErrorManager& errors = project.GetErrors();
+    for (size_t i = 0; i < errors.Count(); ++i)
+      found.emplace_back(static_cast<int>(errors.Entry(i)->itsMessageId), errors.Entry(i)->itsLine);
+    return found;
+  }
 };
 
 #endif

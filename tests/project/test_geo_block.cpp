@@ -15,35 +15,12 @@
 
 namespace {
 
-std::string Project(const std::string& geoBody) {
-  return "FTYP VELPROJ 17\nDIM\nLNG UM\nEND DIM\nGEO\n" + geoBody + "END GEO\n";
-}
-
-// The body of the GEO block of a written project.
-std::string GeoBody(const std::string& text) {
-  const size_t begin = text.find("\nGEO\n");
-  const size_t end = text.find("END GEO\n");
-  if (begin == std::string::npos || end == std::string::npos) return "<no GEO block>";
-  return text.substr(begin + 5, end - begin - 5);
-}
-
 const char* const kCovers = "TMET \"Lossless\" 0 SUP 0 0 0 0\nBMET \"Lossless\" 0 SUP 0 0 0 0\n";
 
-class GeoTest : public ProjectTest {
+class GeoBlockTest : public GeoTest {
 protected:
   // Reads a body, expects success, and gives the written body.
   std::string Again(const std::string& body) { return GeoBody(RoundTrip(Project(body))); }
-
-  // Reads a body that must fail; gives the entries' message numbers and lines.
-  std::vector<std::pair<int, int>> Failure(const std::string& body) {
-    SProject project;
-    EXPECT_FALSE(ReadText(project, Project(body))) << body;
-    std::vector<std::pair<int, int>> found;
-    const SProjectErrorManager& errors = project.GetErrors();
-    for (size_t i = 0; i < errors.Count(); ++i)
-      found.emplace_back(static_cast<int>(errors.Entry(i)->itsMessageId), errors.Entry(i)->itsLine);
-    return found;
-  }
 
   static bool Has(const std::vector<std::pair<int, int>>& found, int message, int line) {
     for (const auto& entry : found)
@@ -52,7 +29,7 @@ protected:
   }
 };
 
-TEST_F(GeoTest, NewProjectHoldsCoversBoxTwoLevelsAndTheOrigin) {
+TEST_F(GeoBlockTest, NewProjectHoldsCoversBoxTwoLevelsAndTheOrigin) {
   SProject project;
   project.GetDimensionBlock()->SetDefaults();
   project.GetGeometryBlock()->SetDefaults();
@@ -122,7 +99,7 @@ const char* const kEveryLine =
     "2 0 0 H 13 1 1 100 100 0 0 0 Y\n"
     "END\n";
 
-TEST_F(GeoTest, EveryLineReadsAndWritesBackUnchanged) {
+TEST_F(GeoBlockTest, EveryLineReadsAndWritesBackUnchanged) {
   EXPECT_EQ(Again(kEveryLine), kEveryLine);
 
   SProject project;
@@ -168,7 +145,7 @@ TEST_F(GeoTest, EveryLineReadsAndWritesBackUnchanged) {
   EXPECT_EQ(static_cast<SBrickPolygon*>(shapes[4])->GetNumberOfVertices(), 0);
 }
 
-TEST_F(GeoTest, OlderFormsAreWrittenInTheCurrentForm) {
+TEST_F(GeoBlockTest, OlderFormsAreWrittenInTheCurrentForm) {
   const std::string older =
       "TMET \"Lossless\" 0 SUP 0 0 0 0\n"
       "BMET \"Lossless\" 0 SUP 0 0 0 0\n"
@@ -218,7 +195,7 @@ TEST_F(GeoTest, OlderFormsAreWrittenInTheCurrentForm) {
                               "END\n");
 }
 
-TEST_F(GeoTest, TheFillLetterKeepsOnlyTheIsotropy) {
+TEST_F(GeoBlockTest, TheFillLetterKeepsOnlyTheIsotropy) {
   SProject project;
   project.GetDimensionBlock()->SetDefaults();
   project.GetGeometryBlock()->SetDefaults();
@@ -240,7 +217,7 @@ TEST_F(GeoTest, TheFillLetterKeepsOnlyTheIsotropy) {
   EXPECT_EQ(static_cast<SMetalPolygon*>(shapes[0])->GetIsotropy(), SSubsectionControls::YOnly);
 }
 
-TEST_F(GeoTest, FaultsNameTheirMessageAndLine) {
+TEST_F(GeoBlockTest, FaultsNameTheirMessageAndLine) {
   // The body starts on line 6 of the project text.
   const std::string box = std::string(kCovers) + "BOX 1 160 160 32 32 20 0\n      0 1 1 0 0 0 0\n      0 1 1 0 0 0 0\n";
   const std::string square = "0 0\n10 0\n10 10\n0 10\n0 0\nEND\n";
@@ -283,7 +260,7 @@ TEST_F(GeoTest, FaultsNameTheirMessageAndLine) {
   }
 }
 
-TEST_F(GeoTest, PromisedPolygonsMayRunShortAndNumZeroIsFine) {
+TEST_F(GeoBlockTest, PromisedPolygonsMayRunShortAndNumZeroIsFine) {
   const std::string box = std::string(kCovers) + "BOX 1 160 160 32 32 20 0\n      0 1 1 0 0 0 0 \"a\"\n      0 1 1 0 0 0 0 \"b\"\n";
   const std::string body = GeoBody(RoundTrip(Project(box + "NUM 3\n0 5 -1 N 1 1 1 100 100 0 0 0 Y\n"
                                                            "0 0\n10 0\n10 10\n0 10\n0 0\nEND\n")));
@@ -291,7 +268,7 @@ TEST_F(GeoTest, PromisedPolygonsMayRunShortAndNumZeroIsFine) {
   EXPECT_TRUE(Contains(GeoBody(RoundTrip(Project(box + "NUM 0\n"))), "LORGN 0 160 U\nNUM 0\n"));
 }
 
-TEST_F(GeoTest, AnAbbreviatedReadStopsAtNum) {
+TEST_F(GeoBlockTest, AnAbbreviatedReadStopsAtNum) {
   SProject project;
   const std::string text = Project(std::string(kCovers) + "BOX 1 160 160 32 32 20 0\n      0 1 1 0 0 0 0\n"
                                                           "      0 1 1 0 0 0 0\nNUM 1\nthis is not read\nEND\n");
@@ -304,7 +281,7 @@ TEST_F(GeoTest, AnAbbreviatedReadStopsAtNum) {
 }
 
 // A circuit made through the interfaces writes what a hand count predicts.
-TEST_F(GeoTest, BuiltCircuitWritesThePinnedText) {
+TEST_F(GeoBlockTest, BuiltCircuitWritesThePinnedText) {
   SProject project;
   project.GetDimensionBlock()->SetDefaults();
   project.GetGeometryBlock()->SetDefaults();
@@ -361,7 +338,7 @@ TEST(GeoPatterns, NamesComeFromTheInstalledFilesByNumber) {
 
 namespace {
 
-TEST_F(GeoTest, ANewLengthUnitRescalesTheLayout) {
+TEST_F(GeoBlockTest, ANewLengthUnitRescalesTheLayout) {
   SProject project;
   ASSERT_TRUE(ReadText(project, Project(kEveryLine)));
   SDimensionBlock millimetres;
@@ -380,7 +357,7 @@ TEST_F(GeoTest, ANewLengthUnitRescalesTheLayout) {
   EXPECT_DOUBLE_EQ(circuit->GetLocalOrigin()->GetPosition().y(), 0.02025);
 }
 
-TEST_F(GeoTest, OldFormatsCannotHoldVias) {
+TEST_F(GeoBlockTest, OldFormatsCannotHoldVias) {
   SProject project;
   ASSERT_TRUE(ReadText(project, Project(kEveryLine)));
   QStringList problems;

@@ -18,17 +18,6 @@
 
 namespace {
 
-std::string Project(const std::string& geoBody, int ftyp = 17) {
-  return "FTYP VELPROJ " + std::to_string(ftyp) + "\nDIM\nLNG UM\nEND DIM\nGEO\n" + geoBody + "END GEO\n";
-}
-
-std::string GeoBody(const std::string& text) {
-  const size_t begin = text.find("\nGEO\n");
-  const size_t end = text.find("END GEO\n");
-  if (begin == std::string::npos || end == std::string::npos) return "<no GEO block>";
-  return text.substr(begin + 5, end - begin - 5);
-}
-
 const char* const kStack =
     "TMET \"Lossless\" 0 SUP 0 0 0 0\n"
     "BMET \"Lossless\" 0 SUP 0 0 0 0\n"
@@ -45,7 +34,7 @@ std::string Square(int id, int level = 0, const std::string& extra = "", double 
          x1 + " 0\n" + x1 + " 10\n" + x0 + " 10\n" + x0 + " 0\nEND\n";
 }
 
-class PortsTest : public ProjectTest {
+class PortsTest : public GeoTest {
 protected:
   std::string Again(const std::string& body, int format = SProjectFormat::kCurrent) {
     return GeoBody(RoundTrip(Project(body), format));
@@ -54,16 +43,6 @@ protected:
   SCircuit* Read(SProject& project, const std::string& body, int ftyp = 17) {
     EXPECT_TRUE(ReadText(project, Project(body, ftyp))) << project.GetErrors().ErrorText().data();
     return project.GetGeometryBlock() != nullptr ? project.GetGeometryBlock()->GetCircuit() : nullptr;
-  }
-
-  std::vector<std::pair<int, int>> Failure(const std::string& body) {
-    SProject project;
-    EXPECT_FALSE(ReadText(project, Project(body))) << body;
-    std::vector<std::pair<int, int>> found;
-    const SProjectErrorManager& errors = project.GetErrors();
-    for (size_t i = 0; i < errors.Count(); ++i)
-      found.emplace_back(static_cast<int>(errors.Entry(i)->itsMessageId), errors.Entry(i)->itsLine);
-    return found;
   }
 };
 

@@ -20,17 +20,6 @@
 
 namespace {
 
-std::string Project(const std::string& geoBody) {
-  return "FTYP VELPROJ 17\nDIM\nLNG UM\nEND DIM\nGEO\n" + geoBody + "END GEO\n";
-}
-
-std::string GeoBody(const std::string& text) {
-  const size_t begin = text.find("\nGEO\n");
-  const size_t end = text.find("END GEO\n");
-  if (begin == std::string::npos || end == std::string::npos) return "<no GEO block>";
-  return text.substr(begin + 5, end - begin - 5);
-}
-
 const std::string kLayers =
     "TMET \"Lossless\" 0 SUP 0 0 0 0\n"
     "BMET \"Lossless\" 0 SUP 0 0 0 0\n"
@@ -65,7 +54,7 @@ const std::string kLayers =
     "20 0\n30 0\n30 10\n20 10\n20 0\n"
     "END\n";
 
-class TechLayerTest : public ProjectTest {
+class TechLayerTest : public GeoTest {
 protected:
   SCircuit* Read(SProject& project, const std::string& body) {
     EXPECT_TRUE(ReadText(project, Project(body))) << project.GetErrors().ErrorText().data();

@@ -129,11 +129,7 @@ TEST_F(NumberingTest, SortingPutsLowerNumbersFirst) {
 }
 
 // Through the whole block: polygons name their types by the numbers of the type lines.
-class TypesInBlockTest : public ProjectTest {
-protected:
-  static std::string Project(const std::string& geoBody) {
-    return "FTYP VELPROJ 17\nDIM\nLNG UM\nEND DIM\nGEO\n" + geoBody + "END GEO\n";
-  }
+class TypesInBlockTest : public GeoTest {
 };
 
 const char* const kTypedBody =

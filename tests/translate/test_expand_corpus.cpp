@@ -17,33 +17,16 @@
 #include <string>
 #include <vector>
 
+#include "Corpus.h"
 #include "test_expand_support.h"
 
 using namespace expandtest;
+using namespace gdstest;
 
 namespace {
 
-const QString kCorpus = QString(GDS_CORPUS_DIR);
-const char* const kNoCorpus = "no_corpus";
 // Larger flattenings belong to the bench, not to every test run.
 const double kMostShapes = 600000;
-
-std::vector<std::string> CorpusFiles()
-{
-    std::vector<std::string> files;
-    for (const QString& name : QDir(kCorpus + "/public").entryList({"*.gds"}, QDir::Files, QDir::Name))
-        files.push_back(name.toStdString());
-    if (files.empty())
-        files.push_back(kNoCorpus);
-    return files;
-}
-
-std::string TestName(const testing::TestParamInfo<std::string>& info)
-{
-    std::string name = info.param;
-    std::replace_if(name.begin(), name.end(), [](char c) { return !std::isalnum((unsigned char)c); }, '_');
-    return name;
-}
 
 // A contour that meets itself has as many areas as ways to resolve it, and
 // the oracle's reader resolves such contours its own way.
@@ -73,13 +56,12 @@ class CorpusFlattening : public testing::TestWithParam<std::string>
 
 TEST_P(CorpusFlattening, CountsAndAreasPerLayerMatchTheOracle)
 {
-    QFile json(kCorpus + "/oracle/" + QString::fromStdString(GetParam()) + ".json");
-    if (GetParam() == kNoCorpus || !json.open(QIODevice::ReadOnly))
-        GTEST_SKIP() << "no corpus at " << kCorpus.toStdString();
-    QJsonObject oracle = QJsonDocument::fromJson(json.readAll()).object();
+    QJsonObject oracle = CorpusOracle(GetParam());
+    if (oracle.isEmpty())
+        GTEST_SKIP() << "no corpus at " << CorpusDir().toStdString();
     if (oracle.value("gzip_compressed").toBool())
         GTEST_SKIP() << "compressed stream";
-    QFile file(kCorpus + "/public/" + QString::fromStdString(GetParam()));
+    QFile file(CorpusStream(GetParam()));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     QByteArray bytes = file.readAll();
     StreamWriter stream;
@@ -129,7 +111,7 @@ TEST_P(CorpusFlattening, CountsAndAreasPerLayerMatchTheOracle)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Corpus, CorpusFlattening, testing::ValuesIn(CorpusFiles()), TestName);
+INSTANTIATE_TEST_SUITE_P(Corpus, CorpusFlattening, testing::ValuesIn(CorpusFiles()), CorpusTestName);
 
 namespace {
 

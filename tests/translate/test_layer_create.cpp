@@ -15,6 +15,7 @@
 #include <utility>
 #include <vector>
 
+#include "Corpus.h"
 #include "RecordReader.h"
 #include "SErrorMessages.h"
 #include "SGdsLayerFile.h"
@@ -156,18 +157,6 @@ TEST_F(CreateLayerFile, TechnologyLayersNameTheirPairs)
 // boundaries, boxes and paths an independent walker found under the structure.
 namespace {
 
-const QString kCorpus = QString(GDS_CORPUS_DIR);
-
-std::vector<std::string> CorpusFiles()
-{
-    std::vector<std::string> files;
-    for (const QString& name : QDir(kCorpus + "/public").entryList({"*.gds"}, QDir::Files, QDir::Name))
-        files.push_back(name.toStdString());
-    if (files.empty())
-        files.push_back("no_corpus");
-    return files;
-}
-
 class LayerFileCorpus : public testing::TestWithParam<std::string>
 {
 };
@@ -176,17 +165,16 @@ class LayerFileCorpus : public testing::TestWithParam<std::string>
 
 TEST_P(LayerFileCorpus, CreatedPairsAreThoseOfTheReachableShapes)
 {
-    QFile json(kCorpus + "/oracle/" + QString::fromStdString(GetParam()) + ".json");
-    if (!json.open(QIODevice::ReadOnly))
+    QJsonObject oracle = CorpusOracle(GetParam());
+    if (oracle.isEmpty())
         GTEST_SKIP() << "no corpus or oracle for " << GetParam();
-    QJsonObject oracle = QJsonDocument::fromJson(json.readAll()).object();
     if (oracle.value("gzip_compressed").toBool() || oracle.value("best").isNull())
         GTEST_SKIP() << "compressed, or nothing to convert";
 
     // As the program does: read, build, take the best structure.
     RecordReader state;
     QTemporaryDir dir;
-    SGdsFile stream(SString(kCorpus + "/public/" + QString::fromStdString(GetParam())));
+    SGdsFile stream(SString(CorpusStream(GetParam())));
     SGdsStructureList structures;
     testing::internal::CaptureStdout();
     bool read = stream.CheckHeader() && stream.Read() && stream.BuildStructures(structures);

@@ -16,38 +16,19 @@
 #include <string>
 #include <vector>
 
+#include "Corpus.h"
 #include "GdsRun.h"
 #include "SCircuit.h"
 #include "SGeometryBlock.h"
 #include "SMetalPolygon.h"
 #include "SProject.h"
 
-using gdstest::GdsRun;
-using gdstest::RunResult;
+using namespace gdstest;
 
 namespace {
 
-const QString kCorpus = QString(GDS_CORPUS_DIR);
-const char* const kNoCorpus = "no_corpus";
 // Larger layouts belong to the bench.
 const double kMostShapes = 150000;
-
-std::vector<std::string> CorpusFiles()
-{
-    std::vector<std::string> files;
-    for (const QString& name : QDir(kCorpus + "/public").entryList({"*.gds"}, QDir::Files, QDir::Name))
-        files.push_back(name.toStdString());
-    if (files.empty())
-        files.push_back(kNoCorpus);
-    return files;
-}
-
-std::string TestName(const testing::TestParamInfo<std::string>& info)
-{
-    std::string name = info.param;
-    std::replace_if(name.begin(), name.end(), [](char c) { return !std::isalnum((unsigned char)c); }, '_');
-    return name;
-}
 
 struct LevelSum
 {
@@ -88,10 +69,9 @@ class CorpusTranslation : public testing::TestWithParam<std::string>
 // point), so their areas can't be summed against the oracle's.
 TEST_P(CorpusTranslation, PolygonsPerLevelMatchTheOracle)
 {
-    QFile json(kCorpus + "/oracle/" + QString::fromStdString(GetParam()) + ".json");
-    if (GetParam() == kNoCorpus || !json.open(QIODevice::ReadOnly))
-        GTEST_SKIP() << "no corpus at " << kCorpus.toStdString();
-    const QJsonObject oracle = QJsonDocument::fromJson(json.readAll()).object();
+    const QJsonObject oracle = CorpusOracle(GetParam());
+    if (oracle.isEmpty())
+        GTEST_SKIP() << "no corpus at " << CorpusDir().toStdString();
     if (oracle.value("gzip_compressed").toBool())
         GTEST_SKIP() << "compressed stream";
     const QString best = oracle.value("best").toString();
@@ -104,7 +84,7 @@ TEST_P(CorpusTranslation, PolygonsPerLevelMatchTheOracle)
         GTEST_SKIP() << "large layout";
 
     GdsRun run;
-    ASSERT_TRUE(QFile::copy(kCorpus + "/public/" + QString::fromStdString(GetParam()), run.Dir() + "/chip.gds"));
+    ASSERT_TRUE(QFile::copy(CorpusStream(GetParam()), run.Dir() + "/chip.gds"));
     // A fresh layer file maps stream layer n to level n.
     RunResult result = run.Run({"-W", "-p", best, "chip.gds"});
     ASSERT_EQ(result.status, 0) << result.out;
@@ -169,4 +149,4 @@ TEST_P(CorpusTranslation, PolygonsPerLevelMatchTheOracle)
         EXPECT_EQ(extra.second.count, 0u) << "level " << extra.first << " has no stream layer in the oracle";
 }
 
-INSTANTIATE_TEST_SUITE_P(Corpus, CorpusTranslation, testing::ValuesIn(CorpusFiles()), TestName);
+INSTANTIATE_TEST_SUITE_P(Corpus, CorpusTranslation, testing::ValuesIn(CorpusFiles()), CorpusTestName);
