@@ -16,6 +16,7 @@
 #include "SProject.h"
 #include "SProjectErrorManager.h"
 #include "SProjectStream.h"
+#include "STechLayer.h"
 #include "SVeloraDirectoryInstance.h"
 #include "SVeloraTrace.h"
 #include "SViaPolygon.h"
@@ -96,6 +97,11 @@ void SCircuit::SetNumberOfLevels(int count) {
   if (count < 0) count = 0;
   while (GetNumberOfLevels() > count) {
     SLevel* level = itsLevels.back();
+    // A layer goes with its level, but polygons on other levels may still follow it.
+    std::vector<STechLayer*> layers;
+    for (size_t i = 0; i < level->GetNumberOfChildren(); ++i)
+      if (level->GetChild(i)->isA() == SID_TECHLAYER) layers.push_back(static_cast<STechLayer*>(level->GetChild(i)));
+    for (STechLayer* layer : layers) STechLayer::Delete(layer);
     itsLevels.pop_back();
     RemoveChild(level);
     delete level;
@@ -168,17 +174,6 @@ bool SCircuit::IsMaterialUsed(const SMaterialTypeData* type) const {
 
 void SCircuit::PrepareForSave() {
   // Levels keep their polygons in the order they were added; nothing to derive yet.
-}
-
-void SCircuit::Move(const SPoint& delta) {
-  std::vector<SEnclosure*> shapes;
-  CollectPolygons(shapes);
-  for (SEnclosure* shape : shapes) {
-    if (shape->isA() == SID_BRICKPOLYGON)
-      static_cast<SBrickPolygon*>(shape)->MoveVertices(delta);
-    else
-      static_cast<SMetalPolygon*>(shape)->MoveVertices(delta);
-  }
 }
 
 void SCircuit::ScaleLengths(double factor) {

@@ -150,8 +150,6 @@ public:
 
   // Lets each level order its polygons before a write.
   void PrepareForSave();
-  // Moves every object of the layout by `delta`, in project units.
-  void Move(const SPoint& delta);
   // Multiplies every length of the layout (a change of the length unit).
   void ScaleLengths(double factor);
   // Adds a line per kind of content that the format can't hold; true when there is none.

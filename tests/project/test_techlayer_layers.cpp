@@ -407,3 +407,21 @@ TEST_F(TechLayerTest, CopiesSummariesAndDescriptions) {
 }
 
 }  // namespace
+
+TEST_F(TechLayerTest, ALevelTakesItsLayersAlongAndFreesTheirPolygons) {
+  ASSERT_GE(itsCircuit.GetNumberOfLevels(), 2);
+  STechLayer* upper = Layer(STechLayer::Metal, "Upper", 1);
+  STechLayer* lower = Layer(STechLayer::Metal, "Lower", 0);
+  SMetalPolygon* follower = Metal(0, nullptr);
+  SMetalPolygon* stayer = Metal(0, nullptr);
+  follower->SetTechLayer(upper, false);
+  stayer->SetTechLayer(lower, false);
+
+  itsCircuit.SetNumberOfLevels(1);
+  EXPECT_EQ(follower->GetTechLayer(), nullptr);
+  EXPECT_EQ(stayer->GetTechLayer(), lower);
+  std::vector<STechLayer*> layers;
+  itsCircuit.GetTechLayers(layers);
+  ASSERT_EQ(layers.size(), 1u);
+  EXPECT_EQ(layers[0], lower);
+}
