@@ -27,8 +27,9 @@ using namespace gdstest;
 
 namespace {
 
-// Larger layouts belong to the bench.
-const double kMostShapes = 150000;
+// The one larger corpus layout (8.5 million shapes from a 0.5 MB stream, a 1.3 GB project)
+// takes over two minutes and 4 GB here; it passes, but every run shouldn't pay for it.
+const double kMostShapes = 1e6;
 
 struct LevelSum
 {
@@ -81,7 +82,7 @@ TEST_P(CorpusTranslation, PolygonsPerLevelMatchTheOracle)
     const QJsonObject totals = flat.value("totals").toObject();
     if (totals.value("boundary").toDouble() + totals.value("box").toDouble() + totals.value("path").toDouble() >
         kMostShapes)
-        GTEST_SKIP() << "large layout";
+        GTEST_SKIP() << "more than a million shapes";
 
     GdsRun run;
     ASSERT_TRUE(QFile::copy(CorpusStream(GetParam()), run.Dir() + "/chip.gds"));
