@@ -43,8 +43,10 @@ SGdsApp::~SGdsApp()
 {
     delete itsGdsFile;
     delete itsStructureList;
-    delete itsPolygonList;
-    delete itsProject;
+    if (!itsLeaveLayout) {
+        delete itsPolygonList;
+        delete itsProject;
+    }
     delete itsLayerFile;
     delete itsSummaryProject;
     if (theApp == this)

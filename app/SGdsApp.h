@@ -26,6 +26,8 @@ public:
     bool LoadStringFiles() override;
 
     bool IsConverting() const { return itsConvert; }
+    // The project and the flat list aren't freed with the application: the process is ending.
+    void LeaveLayoutAtExit() { itsLeaveLayout = true; }
     const SGdsOptions& GetOptions() const { return itsOptions; }
     static SGdsApp* Instance();
 
@@ -57,6 +59,7 @@ private:
     SGdsStructureList* itsStructureList = nullptr;
     SGdsPolygonList* itsPolygonList = nullptr;
     SXtranProject* itsProject = nullptr;
+    bool itsLeaveLayout = false;
     SString itsStructureName;
     SGdsLayerFile* itsLayerFile;
     SString itsLayerFileName;

@@ -34,6 +34,10 @@ int main(int argc, char** argv)
     {
         SGdsApp app;
         ok = app.Run(argc, argv);
+#ifdef GDS_LEAVE_LAYOUT_AT_EXIT
+        // Freeing millions of polygons one by one takes longer than the exit that frees them all.
+        app.LeaveLayoutAtExit();
+#endif
         if (!ok && app.IsConverting())
             GdsError("Conversion failed\n");
         else if (ok && GdsDebug().GetLevel() > 3)

@@ -155,6 +155,17 @@ long long SCircuit::CountPolygons() const {
   return n;
 }
 
+long long SCircuit::CollectPolygonsWithChildren(std::vector<std::pair<long long, SEnclosure*>>& list) const {
+  long long n = 0;
+  for (const SLevel* level : itsLevels)
+    WalkShapes(level, true, [&](const SBaseEnclosure* node) {
+      ++n;
+      if (node->GetNumberOfChildren() > 0)
+        list.emplace_back(n, const_cast<SEnclosure*>(static_cast<const SEnclosure*>(node)));
+    });
+  return n;
+}
+
 bool SCircuit::IsMaterialUsed(const SMaterialTypeData* type) const {
   if (type == nullptr) return false;
   bool used = false;
@@ -313,9 +324,12 @@ void SCircuit::WriteBody(SProjectStream& out, int format) {
     SGeoObjectIO::WriteDimensions(out, *this, format);
   }
   if (format >= 11 && itsLocalOrigin != nullptr) itsLocalOrigin->Write(out, feet);
-  SGeoObjectIO::WriteViasAndPorts(out, *this, format);
-  if (format >= 7) SGeoObjectIO::WriteCoupledGroups(out, *this, format);
-  out << "NUM " << CountPolygons() << '\n';
+  std::vector<std::pair<long long, SEnclosure*>> owners;
+  const long long count = CollectPolygonsWithChildren(owners);
+  std::vector<SPort*> ports;
+  SGeoObjectIO::WriteViasAndPorts(out, owners, format, ports);
+  if (format >= 7) SGeoObjectIO::WriteCoupledGroups(out, *this, ports, format);
+  out << "NUM " << count << '\n';
   WritePolygons(out, format);
 }
 

@@ -9,6 +9,7 @@
 
 #include <QHash>
 #include <QStringList>
+#include <utility>
 #include <vector>
 
 class SBrickPolygon;
@@ -127,6 +128,9 @@ public:
   // Depth first over the levels and their groups, level by level.
   void CollectPolygons(std::vector<SEnclosure*>& list, int kind = AnyPolygon, bool recursive = true) const;
   long long CountPolygons() const;
+  // In one walk: the polygons that carry children (ports, edge vias), each with its ordinal
+  // among all polygons from 1; answers the number of polygons.
+  long long CollectPolygonsWithChildren(std::vector<std::pair<long long, SEnclosure*>>& list) const;
   // Every enclosure of a class (the circuit's own list, not the polygons).
   template <class T> void CollectObjects(std::vector<T*>& list) const {
     for (size_t i = 0; i < GetNumberOfChildren(); ++i)

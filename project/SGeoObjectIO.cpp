@@ -362,17 +362,16 @@ void WriteDimensions(SProjectStream& out, const SCircuit& circuit, int format) {
   for (const SDimension* dimension : dimensions) dimension->Write(out, circuit, format);
 }
 
-void WriteViasAndPorts(SProjectStream& out, const SCircuit& circuit, int format) {
-  std::vector<SEnclosure*> shapes;
-  circuit.CollectPolygons(shapes);
-  for (size_t i = 0; i < shapes.size(); ++i) {
-    if (shapes[i]->isA() == SID_BRICKPOLYGON) continue;
+void WriteViasAndPorts(SProjectStream& out, const std::vector<std::pair<long long, SEnclosure*>>& owners, int format,
+                       std::vector<SPort*>& ports) {
+  for (const auto& owner : owners) {
+    if (owner.second->isA() == SID_BRICKPOLYGON) continue;
     std::vector<SEdgeVia*> vias;
-    GetEdgeVias(*static_cast<SMetalPolygon*>(shapes[i]), vias);
-    for (const SEdgeVia* via : vias) via->Write(out, format, static_cast<long long>(i) + 1);
+    GetEdgeVias(*static_cast<SMetalPolygon*>(owner.second), vias);
+    for (const SEdgeVia* via : vias) via->Write(out, format, owner.first);
   }
-  std::vector<SPort*> ports;
-  GetAllPorts(circuit, ports);
+  for (const auto& owner : owners)
+    if (owner.second->isA() != SID_BRICKPOLYGON) GetPorts(*static_cast<SMetalPolygon*>(owner.second), ports);
   // Older formats had no port number 0: such ports take the next free numbers.
   int nextNumber = 1;
   for (const SPort* port : ports)
@@ -389,10 +388,8 @@ void WriteViasAndPorts(SProjectStream& out, const SCircuit& circuit, int format)
   }
 }
 
-void WriteCoupledGroups(SProjectStream& out, const SCircuit& circuit, int format) {
+void WriteCoupledGroups(SProjectStream& out, const SCircuit& circuit, const std::vector<SPort*>& ports, int format) {
   std::set<const SCoupledGroup*> withPort;
-  std::vector<SPort*> ports;
-  GetAllPorts(circuit, ports);
   if (format >= 7)
     for (const SPort* port : ports)
       if (port->GetType() == SPortData::CoCalibrated && port->GetGroup() != nullptr) withPort.insert(port->GetGroup());

@@ -3,10 +3,12 @@
 
 #include "SString.h"
 
+#include <utility>
 #include <vector>
 
 class SCircuit;
 class SEdgeVia;
+class SEnclosure;
 class SFile;
 class SMetalPolygon;
 class SPort;
@@ -36,8 +38,11 @@ void WriteBoxRefPlanes(SProjectStream& out, const SCircuit& circuit, int format)
 void WriteParallelSubs(SProjectStream& out, const SCircuit& circuit, int format);
 void WriteTechLayers(SProjectStream& out, const SCircuit& circuit, int format);
 void WriteDimensions(SProjectStream& out, const SCircuit& circuit, int format);
-void WriteViasAndPorts(SProjectStream& out, const SCircuit& circuit, int format);
-void WriteCoupledGroups(SProjectStream& out, const SCircuit& circuit, int format);
+// `owners` are the polygons with children and their ordinals; the ports written go to `ports`.
+void WriteViasAndPorts(SProjectStream& out, const std::vector<std::pair<long long, SEnclosure*>>& owners, int format,
+                       std::vector<SPort*>& ports);
+// The groups that no port of `ports` has written.
+void WriteCoupledGroups(SProjectStream& out, const SCircuit& circuit, const std::vector<SPort*>& ports, int format);
 // A new circuit's four box-side reference planes, made right after its levels.
 void CreateBoxRefPlanes(SCircuit& circuit);
 // The template's controls of a technology layer, or null.
