@@ -38,7 +38,7 @@ unsigned char* MapChunk(size_t capacity)
 void* SGdsArena::Reserve(size_t bytes)
 {
     bytes = (bytes + 7) & ~size_t(7);
-    if (itsChunks.empty() || itsChunks.back().capacity - itsChunks.back().used < bytes) {
+    if (itsChunks.empty() || itsChunks.back().capacity - itsChunks.back().used < bytes || !itsChunks.back().data) {
         size_t capacity = itsChunks.empty() ? kFirstChunk : itsChunks.back().capacity * 2;
         if (capacity > kLargestChunk)
             capacity = kLargestChunk;
@@ -53,6 +53,17 @@ void* SGdsArena::Reserve(size_t bytes)
 void SGdsArena::Release()
 {
     for (Chunk& chunk : itsChunks)
-        munmap(chunk.data, chunk.capacity);
+        if (chunk.data)
+            munmap(chunk.data, chunk.capacity);
     itsChunks.clear();
+}
+
+void SGdsArena::ReleaseChunk(size_t index)
+{
+    Chunk& chunk = itsChunks[index];
+    if (!chunk.data)
+        return;
+    munmap(chunk.data, chunk.capacity);
+    chunk.data = nullptr;
+    chunk.used = chunk.capacity;
 }

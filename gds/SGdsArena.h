@@ -27,6 +27,10 @@ public:
         return memory;
     }
     void Release();
+    // Gives back one chunk ahead of the rest; what it held must not be touched again, and
+    // nothing more is handed out.
+    void ReleaseChunk(size_t index);
+    void Swap(SGdsArena& other) { itsChunks.swap(other.itsChunks); }
 
     struct Chunk
     {

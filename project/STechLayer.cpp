@@ -210,20 +210,24 @@ void STechLayer::SetLevel(int level) {
   itsTemplateLevel = level;
 }
 
-void STechLayer::SetViaTarget(void (SViaPolygon::*set)(int), int value) {
+template <class Set> void STechLayer::SetViaTarget(Set set) {
   SViaPolygon* via = GetViaTemplate();
   if (via == nullptr) return;
-  (via->*set)(value);
+  set(*via);
   std::vector<SEnclosure*> polygons;
   GetPolygons(polygons);
   for (SEnclosure* polygon : polygons)
     if (SViaPolygon* own = ViaOf(polygon))
-      if (!own->FollowsTechLayer()) (own->*set)(value);
+      if (!own->FollowsTechLayer()) set(*own);
 }
 
-void STechLayer::SetToLevel(int level) { SetViaTarget(&SViaPolygon::SetToLevel, level); }
+void STechLayer::SetToLevel(int level) {
+  SetViaTarget([level](SViaPolygon& via) { via.SetToLevel(level); });
+}
 
-void STechLayer::SetToLevelType(int type) { SetViaTarget(&SViaPolygon::SetToLevelType, type); }
+void STechLayer::SetToLevelType(int type) {
+  SetViaTarget([type](SViaPolygon& via) { via.SetToLevelType(type); });
+}
 
 int STechLayer::GetToLevel() const {
   const SViaPolygon* via = GetViaTemplate();

@@ -177,7 +177,7 @@ private:
   void MakeTemplate(int type);
   SCircuit* Circuit() const;
   // Sets the template's target, and that of every polygon that differs from the layer there.
-  void SetViaTarget(void (SViaPolygon::*set)(int), int value);
+  template <class Set> void SetViaTarget(Set set);
 
   SString itsName;
   int itsLayerType = NoType;

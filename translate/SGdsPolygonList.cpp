@@ -14,7 +14,10 @@
 #include "SPolygonEdge.h"
 #include "SXtranProject.h"
 
+#include <algorithm>
+#include <iterator>
 #include <set>
+#include <unordered_map>
 #include <utility>
 
 SGdsPolygonList::SGdsPolygonList(SGdsStructureList* structures)
@@ -131,6 +134,56 @@ void SGdsPolygonList::GrowPoints(SGdsPolygon& polygon, size_t capacity)
     polygon.itsPointCapacity = uint32_t(capacity);
 }
 
+namespace {
+
+// The chunk of `starts` (start addresses with chunk indexes, sorted) that holds `place`.
+size_t ChunkHolding(const std::vector<std::pair<const unsigned char*, size_t>>& starts, const void* place)
+{
+    const unsigned char* p = static_cast<const unsigned char*>(place);
+    auto after = std::upper_bound(starts.begin(), starts.end(), p,
+                                  [](const unsigned char* q, const std::pair<const unsigned char*, size_t>& start) {
+                                      return q < start.first;
+                                  });
+    return std::prev(after)->second;
+}
+
+} // namespace
+
+void SGdsPolygonList::ScheduleRelease(SGdsArena& arena, bool points, std::vector<ChunkRelease>& releases) const
+{
+    const std::vector<SGdsArena::Chunk>& chunks = arena.GetChunks();
+    if (chunks.empty())
+        return;
+    std::vector<std::pair<const unsigned char*, size_t>> starts;
+    for (size_t c = 0; c < chunks.size(); ++c)
+        starts.emplace_back(chunks[c].data, c);
+    std::sort(starts.begin(), starts.end());
+    // Visited in order, so the last polygon seen in a chunk is its last user. A chunk nobody
+    // uses goes with the first polygon.
+    std::vector<size_t> last(chunks.size(), 0);
+    if (points) {
+        for (size_t i = 0; i < itsCount; ++i)
+            if (const SPoint* first = at(i)->itsPoints)
+                last[ChunkHolding(starts, first)] = i;
+    } else {
+        for (size_t b = 0; b < itsBlocks.size(); ++b)
+            last[ChunkHolding(starts, itsBlocks[b])] = std::min((b + 1) * kBlockSize, itsCount) - 1;
+    }
+    for (size_t c = 0; c < chunks.size(); ++c)
+        releases.push_back(ChunkRelease{last[c], &arena, c});
+}
+
+void SGdsPolygonList::CopyIn(const SGdsPolygon& polygon)
+{
+    SGdsPolygon* copy = NewPolygon();
+    copy->gdspolyid = polygon.gdspolyid;
+    copy->itsLayer = polygon.itsLayer;
+    copy->itsDatatype = polygon.itsDatatype;
+    ReservePoints(*copy, polygon.itsPointCount);
+    for (const SPoint& point : polygon)
+        AppendPoint(*copy, point);
+}
+
 bool SGdsPolygonList::AddToProject(SXtranProject& project, SGdsLayerFile& layerFile)
 {
     SGdsDebug& debug = GdsDebug();
@@ -167,27 +220,68 @@ bool SGdsPolygonList::AddToProject(SXtranProject& project, SGdsLayerFile& layerF
     if (SCircuit* circuit = project.GetCircuit())
         SGdsPolygon::SkipFileIds(circuit->GetNextPolygonId() - 1);
 
+    // The list is consumed as it goes: each polygon is destroyed once handed over, and the
+    // memory it lay in goes back as soon as no later polygon lies there, so the flat list
+    // and the project's polygons never both stand whole. Ports and the substrate still need
+    // theirs, and get a copy.
+    std::vector<ChunkRelease> releases;
+    ScheduleRelease(itsPolygonArena, false, releases);
+    ScheduleRelease(itsPointArena, true, releases);
+    std::stable_sort(releases.begin(), releases.end(),
+                     [](const ChunkRelease& a, const ChunkRelease& b) { return a.lastUse < b.lastUse; });
+    size_t nextRelease = 0;
+    SGdsPolygonList later(itsStructureList);
+    std::unordered_map<uint64_t, bool> neededLater;
+
     int skipped = 0;
+    bool ok = true;
     SOrdered scratch;
-    for (size_t i = 0; i < itsCount; ++i) {
+    size_t i = 0;
+    for (; i < itsCount && ok; ++i) {
         SGdsPolygon* polygon = at(i);
+        bool pass = true;
         if (itsMinSizeMode != 0) {
             const SRect box = polygon->GetBoundingBox();
             if (minWidth > box.width() && minHeight > box.height()) {
                 if (debug.GetLevel() > 3)
                     debug.Print("Skipping polygon due to size: gdspolyid=%d, (%f, %f)\n", int(polygon->gdspolyid),
                                 box.width(), box.height());
-                ++skipped;
-                continue;
+                pass = false;
             }
         }
-        if (keep && !polygon->IsInside(keepBox)) {
+        if (pass && keep && !polygon->IsInside(keepBox))
+            pass = false;
+        if (pass)
+            ok = polygon->AddToCircuit(project, layerFile, scratch);
+        else
             ++skipped;
-            continue;
+        const uint64_t pair = (uint64_t(uint32_t(polygon->itsLayer)) << 32) | uint32_t(polygon->itsDatatype);
+        auto known = neededLater.find(pair);
+        if (known == neededLater.end()) {
+            scratch.clear();
+            layerFile.GetMappings(scratch, polygon->itsLayer, polygon->itsDatatype, kPurposePort);
+            layerFile.GetMappings(scratch, polygon->itsLayer, polygon->itsDatatype, kPurposeSubstrate);
+            known = neededLater.emplace(pair, !scratch.isEmpty()).first;
         }
-        if (!polygon->AddToCircuit(project, layerFile, scratch))
-            return false;
+        if (known->second)
+            later.CopyIn(*polygon);
+        polygon->~SGdsPolygon();
+        for (; nextRelease < releases.size() && releases[nextRelease].lastUse <= i; ++nextRelease)
+            releases[nextRelease].arena->ReleaseChunk(releases[nextRelease].chunk);
     }
+    for (; i < itsCount; ++i)
+        at(i)->~SGdsPolygon();
+    itsCount = 0;
+    itsBlocks.clear();
+    itsPolygonArena.Release();
+    itsPointArena.Release();
+    itsBlocks.swap(later.itsBlocks);
+    itsPolygonArena.Swap(later.itsPolygonArena);
+    itsPointArena.Swap(later.itsPointArena);
+    std::swap(itsCount, later.itsCount);
+    std::swap(itsMemoryUsed, later.itsMemoryUsed);
+    if (!ok)
+        return false;
     if (skipped > 0 && debug.GetLevel() > 0)
         debug.Print("Skipped %d internal polygons\n", skipped);
     return true;

@@ -100,6 +100,18 @@ public:
 private:
     static const size_t kBlockSize = 4096;
 
+    struct ChunkRelease
+    {
+        size_t lastUse;
+        SGdsArena* arena;
+        size_t chunk;
+    };
+    // Each chunk of `arena` with the last polygon that lies in it (its points, or the
+    // polygon itself).
+    void ScheduleRelease(SGdsArena& arena, bool points, std::vector<ChunkRelease>& releases) const;
+    // A copy of `polygon` at the end of the list.
+    void CopyIn(const SGdsPolygon& polygon);
+
     // Room at the end of an arena, counted against the limit.
     void* Reserve(SGdsArena& arena, size_t bytes);
     void GrowPoints(SGdsPolygon& polygon, size_t capacity);

@@ -41,7 +41,7 @@ struct Shape
     double x1, y1, x2, y2;
 };
 
-StreamWriter Stream(std::initializer_list<Shape> shapes, double userPerDbu = 0.001, double metresPerDbu = 1e-9)
+StreamWriter Stream(const std::vector<Shape>& shapes, double userPerDbu = 0.001, double metresPerDbu = 1e-9)
 {
     StreamWriter s;
     s.Header().Bgnlib().Libname().Units(userPerDbu, metresPerDbu).Bgnstr("top");
@@ -314,6 +314,30 @@ TEST(Translation, PortsOnTheWallsAndInsideTheBox)
     EXPECT_DOUBLE_EQ(w.leftPlane, 40.0);
     // Left wall from the top down, then the right wall.
     EXPECT_EQ(w.portNumbers, (std::vector<int>{2, 3, 1}));
+}
+
+// The flat list gives its memory back while the project is built; the port and substrate
+// polygons it still needs, early and late in a long list, keep their places.
+TEST(Translation, PortsAndSubstrateSurviveALongList)
+{
+    std::vector<Shape> shapes = {{8, 0, 99, 22, 101, 28}, {9, 0, 0, 0, 100, 60}};
+    for (int row = 0; row < 100; ++row)
+        for (int column = 0; column < 300; ++column)
+            shapes.push_back({1, 0, 0.5 + 0.3 * column, 32 + 0.25 * row, 0.6 + 0.3 * column, 32.1 + 0.25 * row});
+    shapes.push_back({1, 0, 0, 20, 100, 30});
+    shapes.push_back({8, 0, -1, 22, 1, 28});
+    GdsRun run;
+    run.Write("chip.lay", kLayers);
+    run.Write("chip.gds", Stream(shapes));
+    RunResult result = run.Run({"chip.gds"});
+    EXPECT_EQ(result.status, 0) << result.out;
+    EXPECT_EQ(result.out, "");
+    Written w = ReadBack(run, "chip.vel");
+    ASSERT_TRUE(w.read) << w.error;
+    EXPECT_EQ(w.box, SSize(100, 60));
+    ASSERT_EQ(w.polygons.size(), 30001u);
+    EXPECT_EQ(w.polygons.back().box, SRect(0, 30, 100, 40));
+    EXPECT_EQ(w.polygons.back().ports, 2);
 }
 
 TEST(Translation, DashYKeepsTheStreamsOrientation)
