@@ -8,6 +8,8 @@
 #include "SVeloraError.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 
 SShapeData::SShapeData(const SShapeData& other)
     : SSubsectionControls(other), itsMaterial(other.itsMaterial), itsFileMaterial(other.itsFileMaterial) {
@@ -122,13 +124,34 @@ void SPolygonData::WriteExtras(SProjectStream& out, int format) const {
 }
 
 void SPolygonData::WriteVertices(SProjectStream& out) const {
-  for (const SPoint& p : itsVertices) out << p.x() << ' ' << p.y() << '\n';
-  if (!itsVertices.empty()) out << itsVertices[0].x() << ' ' << itsVertices[0].y() << '\n';
+  // Outlines repeat coordinates (a Manhattan one all but one of the point before, and the
+  // closing point the first): a value with the bits of the last in its axis keeps its text.
+  struct Axis {
+    uint64_t bits = 0;
+    int length = -1;
+    char text[SNumberFormat::kBufferSize];
+  };
+  Axis x, y;
+  const int digits = out.Digits();
+  auto put = [&out, digits](Axis& axis, double value) {
+    uint64_t bits;
+    std::memcpy(&bits, &value, sizeof bits);
+    if (axis.length < 0 || bits != axis.bits) {
+      axis.bits = bits;
+      axis.length = SNumberFormat::Format(value, digits, axis.text);
+    }
+    out.Append(axis.text, static_cast<size_t>(axis.length));
+  };
+  auto line = [&](const SPoint& p) {
+    put(x, p.x());
+    out << ' ';
+    put(y, p.y());
+    out << '\n';
+  };
+  for (const SPoint& p : itsVertices) line(p);
+  if (!itsVertices.empty()) line(itsVertices[0]);
   out << "END\n";
 }
-
-namespace {
-}  // namespace
 
 bool SPolygonData::ReadHeader(SFile& file, SProjectErrorManager& errors, long long& level, int& points,
                               long long& id, double lengthFactor) {

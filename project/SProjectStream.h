@@ -29,6 +29,11 @@ public:
   SProjectStream& operator<<(double value) { return Number(value, itsDigits); }
   SProjectStream& operator<<(bool) = delete;
 
+  // Text as it stands.
+  SProjectStream& Append(const char* text, size_t length) {
+    itsText.append(text, length);
+    return *this;
+  }
   // One number with its own digit count.
   SProjectStream& Number(double value, int digits);
   // A name, in double quotes when it holds a blank and isn't quoted already.

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 #include "SBrickPolygon.h"
 #include "SGdsDebug.h"
@@ -234,9 +235,28 @@ SRect SGdsPolygon::GetBoundingBox() const
 
 void SGdsPolygon::RoundPoints()
 {
+    // Manhattan outlines repeat each coordinate of the previous point but one, and the
+    // last point repeats the first: a value equal to the last one seen in its axis
+    // takes the last result. Compared by bits, so that -0 stays -0.
+    auto bits = [](double v) {
+        uint64_t b;
+        std::memcpy(&b, &v, sizeof b);
+        return b;
+    };
+    uint64_t lastX = 0, lastY = 0;
+    double roundedX = 0.0, roundedY = 0.0;
     for (uint32_t i = 0; i < itsPointCount; ++i) {
-        itsPoints[i].setX(RoundToSixDigits(itsPoints[i].x()));
-        itsPoints[i].setY(RoundToSixDigits(itsPoints[i].y()));
+        const double x = itsPoints[i].x(), y = itsPoints[i].y();
+        if (i == 0 || bits(x) != lastX) {
+            lastX = bits(x);
+            roundedX = RoundToSixDigits(x);
+        }
+        if (i == 0 || bits(y) != lastY) {
+            lastY = bits(y);
+            roundedY = RoundToSixDigits(y);
+        }
+        itsPoints[i].setX(roundedX);
+        itsPoints[i].setY(roundedY);
     }
 }
 
