@@ -1,6 +1,7 @@
 #include "FuzzInput.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -25,8 +26,9 @@ void FuzzSetup()
     if (done)
         return;
     done = true;
-    // Messages are part of the behaviour but not of interest here.
-    if (!freopen("/dev/null", "w", stdout))
+    // Messages are part of the behaviour but not of interest here; FUZZ_SHOW keeps them,
+    // to see what a harness does.
+    if (getenv("FUZZ_SHOW") == nullptr && !freopen("/dev/null", "w", stdout))
         return;
     SetTextFailureHandler(Failure);
     VeloraSetErrorHook(Failure);
