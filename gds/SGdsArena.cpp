@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <new>
+#include <system_error>
 #include <sys/mman.h>
 
 namespace {
@@ -33,7 +34,39 @@ unsigned char* MapChunk(size_t capacity)
     return reinterpret_cast<unsigned char*>(aligned);
 }
 
+// Faults the pages of a fresh chunk in, so that its first use finds them present.
+unsigned char* PopulatedChunk(size_t capacity)
+{
+    unsigned char* data = MapChunk(capacity);
+    if (madvise(data, capacity, MADV_POPULATE_WRITE) != 0) {
+        for (size_t offset = 0; offset < capacity; offset += 4096)
+            static_cast<volatile unsigned char*>(data)[offset] = 0;
+    }
+    return data;
+}
+
 } // namespace
+
+unsigned char* SGdsArena::TakeSpare(size_t capacity)
+{
+    if (!itsSpare.valid())
+        return nullptr;
+    unsigned char* data = itsSpare.get();
+    if (itsSpareCapacity >= capacity)
+        return data;
+    munmap(data, itsSpareCapacity);
+    return nullptr;
+}
+
+void SGdsArena::PrepareSpare(size_t capacity)
+{
+    try {
+        itsSpare = std::async(std::launch::async, PopulatedChunk, capacity);
+        itsSpareCapacity = capacity;
+    } catch (const std::system_error&) {
+        // No thread to be had: chunks are mapped as they are needed.
+    }
+}
 
 void* SGdsArena::Reserve(size_t bytes)
 {
@@ -44,7 +77,14 @@ void* SGdsArena::Reserve(size_t bytes)
             capacity = kLargestChunk;
         while (capacity < bytes)
             capacity *= 2;
-        itsChunks.push_back(Chunk{MapChunk(capacity), 0, capacity});
+        unsigned char* data = TakeSpare(capacity);
+        if (data)
+            capacity = itsSpareCapacity;
+        else
+            data = MapChunk(capacity);
+        itsChunks.push_back(Chunk{data, 0, capacity});
+        if (capacity >= kHugePage)
+            PrepareSpare(capacity * 2 < kLargestChunk ? capacity * 2 : kLargestChunk);
     }
     Chunk& chunk = itsChunks.back();
     return chunk.data + chunk.used;
@@ -52,6 +92,13 @@ void* SGdsArena::Reserve(size_t bytes)
 
 void SGdsArena::Release()
 {
+    if (itsSpare.valid()) {
+        try {
+            munmap(itsSpare.get(), itsSpareCapacity);
+        } catch (const std::bad_alloc&) {
+            // The helper could not map it: nothing to give back.
+        }
+    }
     for (Chunk& chunk : itsChunks)
         if (chunk.data)
             munmap(chunk.data, chunk.capacity);

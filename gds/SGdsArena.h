@@ -2,6 +2,8 @@
 #define SGDSARENA_H
 
 #include <cstddef>
+#include <future>
+#include <utility>
 #include <vector>
 
 // Memory handed out in order from large chunks and released all at once.
@@ -30,7 +32,12 @@ public:
     // Gives back one chunk ahead of the rest; what it held must not be touched again, and
     // nothing more is handed out.
     void ReleaseChunk(size_t index);
-    void Swap(SGdsArena& other) { itsChunks.swap(other.itsChunks); }
+    void Swap(SGdsArena& other)
+    {
+        itsChunks.swap(other.itsChunks);
+        std::swap(itsSpare, other.itsSpare);
+        std::swap(itsSpareCapacity, other.itsSpareCapacity);
+    }
 
     struct Chunk
     {
@@ -41,7 +48,16 @@ public:
     const std::vector<Chunk>& GetChunks() const { return itsChunks; }
 
 private:
+    // The spare chunk when it holds at least `capacity` bytes, else null (and it is gone).
+    unsigned char* TakeSpare(size_t capacity);
+    void PrepareSpare(size_t capacity);
+
     std::vector<Chunk> itsChunks;
+    // Once an arena grows large, the chunk after the one being filled is mapped and its
+    // pages faulted in by a helper thread meanwhile: the first touch of fresh memory is
+    // much of the cost of a large stream, and a second core can take it.
+    std::future<unsigned char*> itsSpare;
+    size_t itsSpareCapacity = 0;
 };
 
 #endif
