@@ -47,6 +47,9 @@ private:
   SString itsTemporary;
   SString itsErrorText;
   int itsFd = -1;
+  // Bytes written, and how far the disk has been asked to take them.
+  off_t itsWritten = 0;
+  off_t itsWriteback = 0;
   bool itsHadOld = false;
   mode_t itsMode = 0666;
 };
