@@ -44,6 +44,24 @@ bool SBaseEnclosure::RemoveChild(SBaseEnclosure* child) {
   return false;
 }
 
+void SBaseEnclosure::TakeChildren(const std::function<bool(const SBaseEnclosure*)>& which,
+                                  std::vector<SBaseEnclosure*>& taken) {
+  if (!itsChildren) return;
+  std::vector<SCollectable*> kept;
+  for (SCollectable* item : *itsChildren) {
+    SBaseEnclosure* child = static_cast<SBaseEnclosure*>(item);
+    if (which(child)) {
+      child->itsOwner = nullptr;
+      taken.push_back(child);
+    } else {
+      kept.push_back(item);
+    }
+  }
+  if (kept.size() == itsChildren->entries()) return;
+  itsChildren->clear();
+  for (SCollectable* item : kept) itsChildren->append(item);
+}
+
 void SBaseEnclosure::DestroyChildren() {
   if (!itsChildren) return;
   for (SCollectable* c : *itsChildren) delete c;

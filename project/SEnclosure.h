@@ -5,7 +5,9 @@
 #include "SOrdered.h"
 #include "SString.h"
 
+#include <functional>
 #include <memory>
+#include <vector>
 
 class SCircuit;
 
@@ -32,6 +34,9 @@ public:
   void InsertChild(size_t index, SBaseEnclosure* child);
   // Takes the child out without destroying it; false when it isn't here.
   bool RemoveChild(SBaseEnclosure* child);
+  // Takes every child that `which` picks out of the list in one pass (removing many one by
+  // one would cost a search each), in their order, into `taken`; they keep no owner.
+  void TakeChildren(const std::function<bool(const SBaseEnclosure*)>& which, std::vector<SBaseEnclosure*>& taken);
   void DestroyChildren();
   const SOrdered* Children() const { return itsChildren.get(); }
 

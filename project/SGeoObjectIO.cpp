@@ -238,11 +238,10 @@ bool ResolveReferences(SCircuit& circuit, SProjectErrorManager& errors, bool abb
   };
 
   std::vector<SBaseEnclosure*> waiting;
-  for (size_t i = 0; i < circuit.GetNumberOfChildren(); ++i) {
-    const ClassID id = circuit.GetChild(i)->isA();
-    if (id == SID_PORT || id == SID_EDGEVIA) waiting.push_back(circuit.GetChild(i));
-  }
-  for (SBaseEnclosure* object : waiting) {
+  circuit.TakeChildren([](const SBaseEnclosure* child) { return child->isA() == SID_PORT || child->isA() == SID_EDGEVIA; },
+                       waiting);
+  for (size_t i = 0; i < waiting.size(); ++i) {
+    SBaseEnclosure* object = waiting[i];
     SMetalPolygon* polygon = nullptr;
     long long line = 0;
     if (object->isA() == SID_PORT) {
@@ -256,9 +255,10 @@ bool ResolveReferences(SCircuit& circuit, SProjectErrorManager& errors, bool abb
     }
     if (polygon == nullptr) {
       errors.AddError(SProjectErrorManager::Error, static_cast<int>(line), 6173);
+      // What isn't bound yet stays with the circuit, which owns it.
+      for (size_t k = i; k < waiting.size(); ++k) circuit.AddChild(waiting[k]);
       return false;
     }
-    circuit.RemoveChild(object);
     polygon->AddChild(object);
   }
 

@@ -156,15 +156,10 @@ bool SXtranProject::RemovePolygons()
     for (int i = 0; i < itsCircuit->GetNumberOfLevels(); ++i) {
         SLevel* level = itsCircuit->GetLevel(i);
         std::vector<SBaseEnclosure*> doomed;
-        for (size_t c = 0; c < level->GetNumberOfChildren(); ++c) {
-            SBaseEnclosure* child = level->GetChild(c);
-            if (IsShape(child) || child->isA() == SID_OBJECTENCLOSURE)
-                doomed.push_back(child);
-        }
-        for (SBaseEnclosure* child : doomed) {
-            level->RemoveChild(child);
+        level->TakeChildren(
+            [](const SBaseEnclosure* child) { return IsShape(child) || child->isA() == SID_OBJECTENCLOSURE; }, doomed);
+        for (SBaseEnclosure* child : doomed)
             delete child;
-        }
     }
     itsNewPolygons.clear();
     return true;
@@ -174,12 +169,11 @@ bool SXtranProject::RemoveDimensions()
 {
     if (!itsCircuit)
         return false;
-    std::vector<SDimension*> dimensions;
-    itsCircuit->CollectObjects(dimensions);
-    for (SDimension* dimension : dimensions) {
-        itsCircuit->RemoveChild(dimension);
+    std::vector<SBaseEnclosure*> dimensions;
+    itsCircuit->TakeChildren(
+        [](const SBaseEnclosure* child) { return child->isKindOf(SDimension::staticTypeInfo()); }, dimensions);
+    for (SBaseEnclosure* dimension : dimensions)
         delete dimension;
-    }
     return true;
 }
 

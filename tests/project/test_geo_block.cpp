@@ -368,3 +368,29 @@ TEST_F(GeoBlockTest, OldFormatsCannotHoldVias) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(Enclosure, TakenChildrenKeepTheirOrderAndLeaveTheRestInTheirs) {
+  SLevel level(nullptr, 0);
+  std::vector<SMetalPolygon*> polygons;
+  for (int i = 0; i < 6; ++i) {
+    polygons.push_back(new SMetalPolygon);
+    polygons.back()->SetId(i);
+    level.AddChild(polygons.back());
+  }
+  std::vector<SBaseEnclosure*> taken;
+  level.TakeChildren([](const SBaseEnclosure* child) { return static_cast<const SEnclosure*>(child)->GetId() % 2 == 1; },
+                     taken);
+  ASSERT_EQ(taken.size(), 3u);
+  ASSERT_EQ(level.GetNumberOfChildren(), 3u);
+  for (size_t i = 0; i < 3; ++i) {
+    EXPECT_EQ(taken[i], polygons[2 * i + 1]);
+    EXPECT_EQ(taken[i]->GetOwner(), nullptr);
+    EXPECT_EQ(level.GetChild(i), polygons[2 * i]);
+    EXPECT_EQ(level.GetChild(i)->GetOwner(), &level);
+  }
+  for (SBaseEnclosure* child : taken) delete child;
+}
+
+}  // namespace
