@@ -60,7 +60,8 @@ bool SCommentedFile::LoadLogicalLine() {
 }
 
 bool SCommentedFile::ProcessLine(SString& line) {
-  if (!itsCommentStart.isEmpty()) {
+  // Most lines hold no marker at all, and then quotes don't matter either.
+  if (!itsCommentStart.isEmpty() && line.qstring().contains(itsCommentStart.qstring())) {
     const QString marker = itsCommentStart.qstring();
     bool inQuote = false;
     int i = 0;
@@ -152,7 +153,14 @@ void SCommentedFile::SplitLine() {
           open = true;
           column = i;
         }
-        token += c;
+        // The rest of a plain run goes in one piece.
+        int run = i + 1;
+        while (run < itsLineBytes.size() && itsLineBytes[run] != '"' &&
+               !IsSeparatorByte(static_cast<unsigned char>(itsLineBytes[run])))
+          ++run;
+        token.append(itsLineBytes.constData() + i, run - i);
+        i = run;
+        continue;
       }
       ++i;
     }
