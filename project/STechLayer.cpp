@@ -482,10 +482,7 @@ STechLayer* STechLayer::Find(const SCircuit& circuit, const SString& key, int ki
   return nullptr;
 }
 
-STechLayer* STechLayer::GetOrCreate(SCircuit& circuit, int type, const SString& name, int level, int toLevel,
-                                    bool* created) {
-  if (created != nullptr) *created = false;
-  if (STechLayer* found = Find(circuit, name, ByName)) return found;
+STechLayer* STechLayer::MakeOnLevel(SCircuit& circuit, int type, const SString& name, int level) {
   SLevel* owner = circuit.GetLevel(level);
   if (owner == nullptr) return nullptr;
   STechLayer* layer = new STechLayer;
@@ -493,6 +490,15 @@ STechLayer* STechLayer::GetOrCreate(SCircuit& circuit, int type, const SString& 
   owner->AddChild(layer);
   layer->itsTemplateLevel = level;
   layer->SetName(name);
+  return layer;
+}
+
+STechLayer* STechLayer::GetOrCreate(SCircuit& circuit, int type, const SString& name, int level, int toLevel,
+                                    bool* created) {
+  if (created != nullptr) *created = false;
+  if (STechLayer* found = Find(circuit, name, ByName)) return found;
+  STechLayer* layer = MakeOnLevel(circuit, type, name, level);
+  if (layer == nullptr) return nullptr;
   if (type == Via) layer->SetToLevel(toLevel);
   if (created != nullptr) *created = true;
   return layer;
@@ -500,13 +506,8 @@ STechLayer* STechLayer::GetOrCreate(SCircuit& circuit, int type, const SString& 
 
 STechLayer* STechLayer::Create(SCircuit& circuit, int type, const SString& name, int level, int toLevel, int& counter,
                                int viaFill, bool covers) {
-  SLevel* owner = circuit.GetLevel(level);
-  if (owner == nullptr) return nullptr;
-  STechLayer* layer = new STechLayer;
-  layer->SetLayerType(type);
-  owner->AddChild(layer);
-  layer->itsTemplateLevel = level;
-  layer->SetName(name);
+  STechLayer* layer = MakeOnLevel(circuit, type, name, level);
+  if (layer == nullptr) return nullptr;
   if (type == Via) {
     layer->SetToLevel(toLevel);
     layer->SetViaFillType(viaFill);

@@ -174,6 +174,8 @@ public:
   static SString UniqueName(const SString& name, const std::vector<SString>& taken);
 
 private:
+  // A new layer of `type` on `level`, named; null when there is no such level.
+  static STechLayer* MakeOnLevel(SCircuit& circuit, int type, const SString& name, int level);
   void MakeTemplate(int type);
   SCircuit* Circuit() const;
   // Sets the template's target, and that of every polygon that differs from the layer there.
