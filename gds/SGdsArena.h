@@ -6,7 +6,8 @@
 #include <utility>
 #include <vector>
 
-// Memory handed out in order from large chunks and released all at once.
+// Memory handed out in order from large chunks and released all at once, or chunk by
+// chunk by a user that knows what lies where.
 // Chunks are aligned to huge pages and marked for them, because every first
 // touch of a small page costs a fault: a million-element stream would take
 // tens of thousands of them.
@@ -29,8 +30,8 @@ public:
         return memory;
     }
     void Release();
-    // Gives back one chunk ahead of the rest; what it held must not be touched again, and
-    // nothing more is handed out.
+    // Gives back one chunk ahead of the rest; what it held must not be touched again. Room
+    // asked for after it comes from a new chunk.
     void ReleaseChunk(size_t index);
     void Swap(SGdsArena& other)
     {
