@@ -221,8 +221,8 @@ bool SCircuit::CheckFormat(int format, QStringList& problems) const {
   std::vector<SMetalType*> metals;
   CollectObjects(metals);
   for (const SMetalType* metal : metals) {
-    const int spec = metal->GetSpecification();
-    if (metal->GetDefinition() == 0 && (spec == SMetalTypeData::Rough || spec == SMetalTypeData::Sense)) {
+    const int model = metal->GetModel();
+    if (metal->GetDefinition() == 0 && (model == SMetalTypeData::Rough || model == SMetalTypeData::Sense)) {
       problems << (prefix + "\n" + VeloraMessageText(6124)).qstring();
       return false;
     }

@@ -81,20 +81,20 @@ int NextId(const SCircuit& circuit, bool bricks) {
 bool ReadMetalModel(SFile& file, SMetalTypeData& metal, const SString& word, SProjectErrorManager& errors) {
   if (word == "WGLOAD") {
     metal.itsDefinition = SMetalTypeData::WGLoad;
-    metal.itsSpecification = SMetalTypeData::General;
+    metal.itsModel = SMetalTypeData::General;
     metal.SetTypeName("WG Load");
     return true;
   }
   if (word == "FREESPACE") {
     // The numbers behind the word are fixed; they are written back the same way.
     metal.itsDefinition = SMetalTypeData::FreeSpace;
-    metal.itsSpecification = SMetalTypeData::General;
+    metal.itsModel = SMetalTypeData::General;
     metal.SetTypeName("Free Space");
     metal.itsRdc.SetValue(376.7303136);
     return true;
   }
   if (word == "NOR" || word == "TMM") {
-    metal.itsSpecification = word == "NOR" ? SMetalTypeData::Normal : SMetalTypeData::ThickMetal;
+    metal.itsModel = word == "NOR" ? SMetalTypeData::Normal : SMetalTypeData::ThickMetal;
     if (!Conductivity(file, metal, errors) || !Value(file, metal.itsThickness, errors, 6156) ||
         !Value(file, metal.itsCurrentRatio, errors, 6083))
       return false;
@@ -105,7 +105,7 @@ bool ReadMetalModel(SFile& file, SMetalTypeData& metal, const SString& word, SPr
   }
   if (word == "ROG") {
     // The older rough form: ratio, bottom roughness, sheets, thickness, model, conductivity.
-    metal.itsSpecification = SMetalTypeData::Rough;
+    metal.itsModel = SMetalTypeData::Rough;
     if (!Value(file, metal.itsCurrentRatio, errors, 6083) || !Value(file, metal.itsBottomRoughness, errors, 6184) ||
         !Value(file, metal.itsNumSheets, errors, 6089) || !Value(file, metal.itsThickness, errors, 6156))
       return false;
@@ -125,7 +125,7 @@ bool ReadMetalModel(SFile& file, SMetalTypeData& metal, const SString& word, SPr
     return true;
   }
   if (word == "RUF") {
-    metal.itsSpecification = SMetalTypeData::Rough;
+    metal.itsModel = SMetalTypeData::Rough;
     SString model;
     if (file.PeekToken(model) && (model == "THK" || model == "THN")) {
       metal.itsRoughnessType = model == "THN" ? 1 : 0;
@@ -140,7 +140,7 @@ bool ReadMetalModel(SFile& file, SMetalTypeData& metal, const SString& word, SPr
   }
   const struct {
     const char* word;
-    int spec;
+    int model;
     int first;
     int fields;
   } kSimple[] = {{"RES", SMetalTypeData::Resistor, 0, 1},
@@ -149,7 +149,7 @@ bool ReadMetalModel(SFile& file, SMetalTypeData& metal, const SString& word, SPr
                  {"SEN", SMetalTypeData::Sense, 2, 1}};
   for (const auto& simple : kSimple) {
     if (word != simple.word) continue;
-    metal.itsSpecification = simple.spec;
+    metal.itsModel = simple.model;
     SValueVarDouble* fields[] = {&metal.itsRdc, &metal.itsRrf, &metal.itsXdc, &metal.itsLs};
     for (int i = simple.first; i < simple.first + simple.fields; ++i)
       if (!Value(file, *fields[i], errors, 6092 + i)) return false;
@@ -169,12 +169,12 @@ bool IsViaWord(const SString& w) { return w == "VOL" || w == "SFC" || w == "ARR"
 bool ReadViaModel(SFile& file, SViaMetalType& via, const SString& word, SProjectErrorManager& errors) {
   SString token;
   if (word == "SFC") {
-    via.itsSpecification = SViaMetalTypeData::Surface;
+    via.itsModel = SViaMetalTypeData::Surface;
     return Value(file, via.itsRdc, errors, 6092) && Value(file, via.itsRrf, errors, 6093) &&
            Value(file, via.itsXdc, errors, 6094);
   }
   if (word == "ARR") {
-    via.itsSpecification = SViaMetalTypeData::Array;
+    via.itsModel = SViaMetalTypeData::Array;
     if (!ReadConductivity(file, via.itsConductivity, via.itsCondIsInf, errors) ||
         !Value(file, via.itsFillFactor, errors, 6083))
       return false;
@@ -183,7 +183,7 @@ bool ReadViaModel(SFile& file, SViaMetalType& via, const SString& word, SProject
     if (file.GetToken(token)) via.itsLinkedMetalName = token;
     return true;
   }
-  via.itsSpecification = SViaMetalTypeData::Volume;
+  via.itsModel = SViaMetalTypeData::Volume;
   if (!ReadConductivity(file, via.itsConductivity, via.itsCondIsInf, errors)) return false;
   via.itsIsSolid = false;
   if (file.PeekToken(token) && token == "SOLID") {
@@ -231,7 +231,7 @@ bool ReadNamelessMetal(SFile& file, SCircuit& circuit, SProjectErrorManager& err
       return false;
     }
   }
-  metal->SetSpecification(read == 1 ? SMetalTypeData::Resistor : SMetalTypeData::General);
+  metal->SetModel(read == 1 ? SMetalTypeData::Resistor : SMetalTypeData::General);
   const int id = NextId(circuit, false);
   metal->SetTypeName(SString::format("Unnamed %d", id));
   metal->SetFileId(id);
@@ -362,7 +362,7 @@ bool ReadCoverLine(SFile& file, SCircuit& circuit, const SString& keyword, SProj
     }
     read->SetTypeName(rest);
   } else if (SFileBlock::Match(keyword, "TOP") || SFileBlock::Match(keyword, "BOT")) {
-    read->SetSpecification(SMetalTypeData::General);
+    read->SetModel(SMetalTypeData::General);
     SValueVarDouble* fields[] = {&read->itsRdc, &read->itsRrf, &read->itsXdc, &read->itsLs};
     for (int i = 0; i < 4; ++i)
       if (!Value(file, *fields[i], errors, 6092 + i)) return false;

@@ -14,7 +14,7 @@ double CurrentRatioDefault() {
   return ini != nullptr ? ini->GetDouble("Planform", "CurrentRatioDefault", 0.5) : 0.5;
 }
 
-const char* const kSpecWords[] = {"NOR", "TMM", "RES", "NAT", "SUP", "RUF", "SEN"};
+const char* const kModelWords[] = {"NOR", "TMM", "RES", "NAT", "SUP", "RUF", "SEN"};
 }  // namespace
 
 SMetalTypeData::SMetalTypeData() {
@@ -26,12 +26,12 @@ SMetalTypeData::SMetalTypeData() {
 
 SMetalType::SMetalType() {}
 
-SMetalType::SMetalType(const SString& name, int definition, int pattern, int specification, double rdc, double rrf,
+SMetalType::SMetalType(const SString& name, int definition, int pattern, int model, double rdc, double rrf,
                        double xdc, double ls) {
   itsTypeName = name;
   itsDefinition = definition;
   SetPattern(pattern);
-  itsSpecification = specification;
+  itsModel = model;
   itsRdc.SetValue(rdc);
   itsRrf.SetValue(rrf);
   itsXdc.SetValue(xdc);
@@ -43,7 +43,7 @@ bool SMetalType::IsSameAs(const SMetalType& o) const {
     return a.GetValue() == b.GetValue() && a.GetEquation() == b.GetEquation();
   };
   return itsTypeName == o.itsTypeName && itsDefinition == o.itsDefinition &&
-         itsSpecification == o.itsSpecification && same(itsRdc, o.itsRdc) && same(itsRrf, o.itsRrf) &&
+         itsModel == o.itsModel && same(itsRdc, o.itsRdc) && same(itsRrf, o.itsRrf) &&
          same(itsXdc, o.itsXdc) && same(itsLs, o.itsLs) && same(itsConductivity, o.itsConductivity) &&
          itsCondIsInf == o.itsCondIsInf && same(itsCurrentRatio, o.itsCurrentRatio) &&
          same(itsThickness, o.itsThickness) && same(itsTopRoughness, o.itsTopRoughness) &&
@@ -71,7 +71,7 @@ SString SMetalType::Describe() const {
   default: break;
   }
   const SString common = "Cnd:" + Cond(*this) + " T:" + Num(itsThickness) + " CR:" + Num(itsCurrentRatio);
-  switch (itsSpecification) {
+  switch (itsModel) {
   case Normal: return "Normal: " + common;
   case ThickMetal: return "TMM-" + Num(itsNumSheets) + ": " + common + " NS:" + Num(itsNumSheets);
   case Resistor: return "Resistor: Rdc:" + Num(itsRdc);
@@ -100,16 +100,16 @@ void SMetalType::Write(SProjectStream& out, int format, const SDimensionBlock* d
     return;
   }
   // Older formats know fewer models: each falls back on the nearest one they hold.
-  int spec = itsSpecification;
+  int model = itsModel;
   const bool thin = itsRoughnessType == 1 || (format < 19 && itsThickDirection != 0);
-  if (spec == Rough && format < 10) spec = thin ? Normal : ThickMetal;
-  if (spec == ThickMetal && (format < 4 || (format < 19 && itsThickDirection != 0))) spec = Normal;
+  if (model == Rough && format < 10) model = thin ? Normal : ThickMetal;
+  if (model == ThickMetal && (format < 4 || (format < 19 && itsThickDirection != 0))) model = Normal;
   const int loss = itsLossType.GetCode();
   const bool lossWord = format >= 15 && loss != SElectricalLossType::Conductivity;
   auto conductivity = [&] {
     SMaterialTypeIO::WriteConductiveLoss(out, itsConductivity, itsCondIsInf, loss, &itsThickness, format, dim, true);
   };
-  if (spec == Rough && format < 12) {
+  if (model == Rough && format < 12) {
     // ROG: ratio, bottom roughness, sheets, thickness, roughness model, conductivity.
     out << "ROG ";
     Field(out, itsCurrentRatio);
@@ -121,8 +121,8 @@ void SMetalType::Write(SProjectStream& out, int format, const SDimensionBlock* d
     out << '\n';
     return;
   }
-  out << kSpecWords[spec] << ' ';
-  switch (spec) {
+  out << kModelWords[model] << ' ';
+  switch (model) {
   case Normal:
     conductivity();
     Field(out, itsThickness);

@@ -14,7 +14,7 @@ class SMetalTypeData : public SMaterialTypeData {
 public:
   enum Definition { UserMetal = 0, WGLoad = 1, Lossless = 2, FreeSpace = 3 };
   enum Location { PlainMetal = 0, TopCover = 1, BottomCover = 2 };
-  enum Specification { Normal = 0, ThickMetal = 1, Resistor = 2, RdcRrf = 3, General = 4, Rough = 5, Sense = 6 };
+  enum Model { Normal = 0, ThickMetal = 1, Resistor = 2, RdcRrf = 3, General = 4, Rough = 5, Sense = 6 };
 
   SMetalTypeData();
 
@@ -22,8 +22,8 @@ public:
   void SetDefinition(int d) { itsDefinition = d; }
   int GetLocation() const { return itsLocation; }
   void SetLocation(int l) { itsLocation = l; }
-  int GetSpecification() const { return itsSpecification; }
-  void SetSpecification(int s) { itsSpecification = s; }
+  int GetModel() const { return itsModel; }
+  void SetModel(int s) { itsModel = s; }
 
   SValueVarDouble itsRdc;
   SValueVarDouble itsRrf;
@@ -37,7 +37,7 @@ public:
   SValueVarDouble itsBottomRoughness;
   int itsDefinition = UserMetal;
   int itsLocation = PlainMetal;
-  int itsSpecification = Normal;
+  int itsModel = Normal;
   SValueVarDouble itsNumSheets;
   // Rough metals: 0 thick model (THK), 1 thin (THN).
   int itsRoughnessType = 0;
@@ -51,7 +51,7 @@ class SMetalType : public SMaterialType<SMetalTypeData> {
   SCOLLECTABLE_DECLARE(SMetalType)
 public:
   SMetalType();
-  SMetalType(const SString& name, int definition, int pattern, int specification, double rdc, double rrf,
+  SMetalType(const SString& name, int definition, int pattern, int model, double rdc, double rrf,
              double xdc, double ls);
 
   bool IsSameAs(const SMetalType& other) const;

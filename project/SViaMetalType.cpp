@@ -17,12 +17,12 @@ SViaMetalTypeData::SViaMetalTypeData(bool infinite, bool solid) : itsCondIsInf(i
 
 SViaMetalType::SViaMetalType() {}
 
-SViaMetalType::SViaMetalType(const SString& name, int pattern, bool infinite, bool solid, int specification,
+SViaMetalType::SViaMetalType(const SString& name, int pattern, bool infinite, bool solid, int model,
                              double conductivity, double wallThickness)
     : SMaterialType<SViaMetalTypeData>(infinite, solid) {
   itsTypeName = name;
   SetPattern(pattern);
-  itsSpecification = specification;
+  itsModel = model;
   itsConductivity.SetValue(conductivity);
   itsWallThickness.SetValue(wallThickness);
 }
@@ -31,7 +31,7 @@ bool SViaMetalType::IsSameAs(const SViaMetalType& o) const {
   auto same = [](const SValueVarDouble& a, const SValueVarDouble& b) {
     return a.GetValue() == b.GetValue() && a.GetEquation() == b.GetEquation();
   };
-  return itsTypeName == o.itsTypeName && itsSpecification == o.itsSpecification && same(itsRdc, o.itsRdc) &&
+  return itsTypeName == o.itsTypeName && itsModel == o.itsModel && same(itsRdc, o.itsRdc) &&
          same(itsRrf, o.itsRrf) && same(itsXdc, o.itsXdc) && same(itsFillFactor, o.itsFillFactor) &&
          same(itsViaDensity, o.itsViaDensity) && itsCondIsInf == o.itsCondIsInf && itsIsSolid == o.itsIsSolid &&
          same(itsConductivity, o.itsConductivity) && same(itsWallThickness, o.itsWallThickness) &&
@@ -54,7 +54,7 @@ SString Num(const SValueVarDouble& v) { return v.HasEquation() ? v.GetEquation()
 SString SViaMetalType::Describe() const {
   if (itsDefinition == 1) return "Lossless";
   const SString cond = itsCondIsInf ? SString("INF") : Num(itsConductivity);
-  switch (itsSpecification) {
+  switch (itsModel) {
   case Surface: return "Surface: Rdc:" + Num(itsRdc) + " Rrf:" + Num(itsRrf) + " Xdc:" + Num(itsXdc);
   case Array: return "Array: Cnd:" + cond + " FF:" + Num(itsFillFactor) + " VD:" + Num(itsViaDensity);
   default: return SString(itsIsSolid ? "Volume solid: Cnd:" : "Volume: Cnd:") + cond + " WT:" + Num(itsWallThickness);
@@ -72,7 +72,7 @@ void SViaMetalType::Write(SProjectStream& out, int format, const SDimensionBlock
   auto conductivity = [&] {
     SMaterialTypeIO::WriteConductiveLoss(out, itsConductivity, itsCondIsInf, loss, nullptr, format, dim, true);
   };
-  switch (itsSpecification) {
+  switch (itsModel) {
   case Surface:
     out << "SFC ";
     itsRdc.WriteValue(out);

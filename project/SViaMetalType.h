@@ -10,7 +10,7 @@ class SProjectStream;
 
 class SViaMetalTypeData : public SMaterialTypeData {
 public:
-  enum Specification { Volume = 0, Surface = 1, Array = 2 };
+  enum Model { Volume = 0, Surface = 1, Array = 2 };
 
   SViaMetalTypeData(bool infinite = true, bool solid = true);
 
@@ -23,7 +23,7 @@ public:
   bool itsIsSolid = true;
   SValueVarDouble itsConductivity;
   SValueVarDouble itsWallThickness;
-  int itsSpecification = Volume;
+  int itsModel = Volume;
   // An array may take its loss from a planar metal, named in the file, bound after the read.
   int itsLinkedMetalIndex = -1;
   SString itsLinkedMetalName;
@@ -38,7 +38,7 @@ class SViaMetalType : public SMaterialType<SViaMetalTypeData> {
   SCOLLECTABLE_DECLARE(SViaMetalType)
 public:
   SViaMetalType();
-  SViaMetalType(const SString& name, int pattern, bool infinite, bool solid, int specification,
+  SViaMetalType(const SString& name, int pattern, bool infinite, bool solid, int model,
                 double conductivity, double wallThickness);
 
   int GetDefinition() const { return itsDefinition; }
