@@ -21,7 +21,9 @@ build: configure
 test: build
 	@ctest --test-dir $(BUILD) --output-on-failure -j $(JOBS)
 
-demo: build
+# The demo needs the program and its staged installation, not the tests.
+demo: configure
+	@cmake --build $(BUILD) -j $(JOBS) --target gds stage
 	@bash examples/demo.sh $(GDS)
 
 install: build
@@ -37,6 +39,11 @@ sanitize: deps
 	@cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DGDS_SANITIZE=ON > /dev/null
 	@cmake --build build-asan -j $(JOBS)
 	@ctest --test-dir build-asan --output-on-failure -j $(JOBS)
+
+# libFuzzer targets under clang, each run for FUZZ_TIME seconds on its corpus in fuzz/.
+FUZZ_TIME ?= 60
+fuzz: deps
+	@bash fuzz/run.sh $(FUZZ_TIME)
 
 clean:
 	@rm -rf $(BUILD) build-asan build-fuzz

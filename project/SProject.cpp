@@ -524,27 +524,22 @@ bool SProject::WriteFile(SProjectStream& out) {
 bool SProject::Save(const SString& path) {
   const SString target = path.isEmpty() ? SString(itsFileName) : path;
   if (target.isEmpty()) {
-    itsErrors.AddError(SProjectErrorManager::Error, -1, 7046, "", "the project has no file name");
+    itsErrors.AddError(SProjectErrorManager::Error, -1, 7048, "", "the project has no file name");
     return false;
   }
   // The text goes to the temporary file as it is made: a large layout isn't held twice.
   SSafeSave save(target);
-  if (!save.Begin()) {
-    itsErrors.AddError(SProjectErrorManager::Error, -1, 7046, target.data(), save.GetErrorText().data());
+  // Only a file that stood there is "unchanged"; a save to a new name says so otherwise.
+  auto fail = [this, &save, &target](const SString& reason) {
+    save.Abort();
+    itsErrors.AddError(SProjectErrorManager::Error, -1, save.HadOld() ? 7046 : 7048, target.data(), reason.data());
     return false;
-  }
+  };
+  if (!save.Begin()) return fail(save.GetErrorText());
   SProjectStream out;
   out.SetSink([&save](const char* data, size_t size) { return save.Append(data, size); });
-  if (!Write(out)) {
-    save.Abort();
-    itsErrors.AddError(SProjectErrorManager::Error, -1, 7046, target.data(), "a block could not be written");
-    return false;
-  }
-  if (!out.Flush() || !save.Finish()) {
-    save.Abort();
-    itsErrors.AddError(SProjectErrorManager::Error, -1, 7046, target.data(), save.GetErrorText().data());
-    return false;
-  }
+  if (!Write(out)) return fail("a block could not be written");
+  if (!out.Flush() || !save.Finish()) return fail(save.GetErrorText());
   return true;
 }
 

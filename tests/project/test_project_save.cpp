@@ -40,6 +40,11 @@ protected:
 
 }  // namespace
 
+// What the temporary files of saves left beside the target.
+QStringList Leftovers(const QString& directory) {
+  return QDir(directory).entryList(QStringList{"*.saving*"}, QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System);
+}
+
 TEST_F(ProjectTest, SavingReplacesTheFileOnlyWhenTheNewTextIsComplete) {
   const SString path = Path("chip.vel");
   WriteFile(path, kOldProject);
@@ -51,19 +56,24 @@ TEST_F(ProjectTest, SavingReplacesTheFileOnlyWhenTheNewTextIsComplete) {
   project.GetControlBlock()->itsSpeed = 2;
   ASSERT_TRUE(project.Save()) << project.GetErrors().ErrorText().data();
   EXPECT_TRUE(Contains(FileText(path), "SPEED 2\n"));
-  EXPECT_FALSE(QFileInfo::exists((path + ".saving").qstring()));
+  EXPECT_TRUE(Leftovers(itsDir.path()).isEmpty());
   struct stat info;
   ASSERT_EQ(::stat(path.data(), &info), 0);
   EXPECT_EQ(info.st_mode & 0777, 0640u);
 
-  // A stale temporary file is replaced; a link standing there is not followed.
+  // Another run's temporary file, and a link standing at this run's own name, are left as
+  // they are: this save takes a name of its own beside them.
   const SString elsewhere = Path("elsewhere.txt");
   WriteFile(elsewhere, "keep me");
-  ASSERT_EQ(::symlink(elsewhere.data(), (path + ".saving").data()), 0);
+  const SString own = path + SString::format(".saving-%ld", static_cast<long>(::getpid()));
+  ASSERT_EQ(::symlink(elsewhere.data(), own.data()), 0);
+  WriteFile(path + ".saving-1", "another run's half");
   project.GetControlBlock()->itsSpeed = 1;
   ASSERT_TRUE(project.Save());
   EXPECT_TRUE(Contains(FileText(path), "SPEED 1\n"));
   EXPECT_EQ(FileText(elsewhere), "keep me");
+  EXPECT_EQ(FileText(path + ".saving-1"), "another run's half");
+  EXPECT_TRUE(QFileInfo(own.qstring()).isSymLink());
 }
 
 TEST_F(ProjectTest, AFailedSaveLeavesTheOldProjectIntact) {
@@ -73,23 +83,34 @@ TEST_F(ProjectTest, AFailedSaveLeavesTheOldProjectIntact) {
   ASSERT_TRUE(ReadText(project, kOldProject, "chip.vel"));
   project.GetControlBlock()->itsSpeed = 2;
 
-  // The temporary file can't be made: a directory stands in its place (root can't help it).
-  ASSERT_TRUE(QDir().mkpath((path + ".saving").qstring()));
-  EXPECT_FALSE(project.Save());
-  EXPECT_EQ(FileText(path), kOldProject);
-  EXPECT_TRUE(project.GetErrors().Contains(7046));
-  EXPECT_TRUE(Contains(project.GetErrors().ErrorText().data(), "previous file is unchanged"));
-  EXPECT_TRUE(QFileInfo((path + ".saving").qstring()).isDir());
-  ASSERT_TRUE(QDir((path + ".saving").qstring()).removeRecursively());
-
-  // The text is complete but can't take the old file's place: the target is a directory
-  // with content, which rename(2) refuses for anyone.
+  // The file can't take the new text's place: the target is a directory.
   const SString folder = Path("folder.vel");
   ASSERT_TRUE(QDir().mkpath((folder + "/inside").qstring()));
   EXPECT_FALSE(project.Save(folder));
+  EXPECT_TRUE(project.GetErrors().Contains(7046));
   EXPECT_TRUE(QFileInfo((folder + "/inside").qstring()).isDir());
-  EXPECT_FALSE(QFileInfo::exists((folder + ".saving").qstring()));
+  EXPECT_TRUE(Leftovers(itsDir.path()).isEmpty());
   EXPECT_EQ(FileText(path), kOldProject);
+
+  // Nothing stood there: the message doesn't speak of a previous file.
+  project.GetErrors().Clear();
+  EXPECT_FALSE(project.Save(Path("missing/chip.vel")));
+  EXPECT_TRUE(project.GetErrors().Contains(7048));
+  EXPECT_FALSE(Contains(project.GetErrors().ErrorText().data(), "previous file"));
+}
+
+TEST_F(ProjectTest, AWriteProtectedProjectIsNotReplaced) {
+  if (::geteuid() == 0) GTEST_SKIP() << "root may write any file";
+  const SString path = Path("chip.vel");
+  WriteFile(path, kOldProject);
+  ASSERT_EQ(::chmod(path.data(), 0444), 0);
+  SProject project;
+  ASSERT_TRUE(ReadText(project, kOldProject, "chip.vel"));
+  project.GetControlBlock()->itsSpeed = 2;
+  EXPECT_FALSE(project.Save(path));
+  EXPECT_TRUE(Contains(project.GetErrors().ErrorText().data(), "write-protected"));
+  EXPECT_EQ(FileText(path), kOldProject);
+  EXPECT_TRUE(Leftovers(itsDir.path()).isEmpty());
 }
 
 TEST_F(ProjectTest, ADeviceThatFillsUpMidwayChangesNothing) {

@@ -10,7 +10,8 @@
 // Replaces a file only when its new content is complete: the text goes to a temporary file
 // beside the target (same directory, so the final rename is atomic), is flushed to disk, and
 // only then renamed over the old file. Any failure removes the temporary file and leaves
-// the old one as it was.
+// the old one as it was. Every run has a temporary file of its own, so that two runs saving
+// one target at once each rename a whole file, and the last rename wins.
 class SSafeSave {
 public:
   explicit SSafeSave(const SString& target);
@@ -31,8 +32,12 @@ public:
   void Abort();
 
   const SString& GetTarget() const { return itsTarget; }
-  // "<target>.saving": fixed, so that a save that died leaves one recognisable file behind.
+  // "<target>.saving-<pid>[-n]", known once Begin has made it; a run killed while saving
+  // leaves it behind beside the untouched target.
   const SString& GetTemporaryName() const { return itsTemporary; }
+  // Whether a file stood at the target when the save began: only then is there a previous
+  // file that a failure leaves unchanged.
+  bool HadOld() const { return itsHadOld; }
   // Why the last Commit failed, in the system's words.
   const SString& GetErrorText() const { return itsErrorText; }
 

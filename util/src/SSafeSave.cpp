@@ -25,8 +25,7 @@ void SyncDirectoryOf(const QByteArray& path) {
 }
 }  // namespace
 
-SSafeSave::SSafeSave(const SString& target)
-    : itsTarget(ResolveLink(target)), itsTemporary(ResolveLink(target) + ".saving") {}
+SSafeSave::SSafeSave(const SString& target) : itsTarget(ResolveLink(target)) {}
 
 ssize_t SSafeSave::WriteSome(int fd, const char* data, size_t size) { return ::write(fd, data, size); }
 
@@ -40,19 +39,25 @@ bool SSafeSave::Commit(const char* data, size_t size) { return Begin() && Append
 bool SSafeSave::Begin() {
   itsErrorText.clear();
   const QByteArray target = itsTarget.toUtf8();
-  const QByteArray temporary = itsTemporary.toUtf8();
-
-  // A stale temporary file of an earlier failed save goes; unlink refuses a directory,
-  // and O_EXCL below refuses whatever else stands there, symbolic links included.
-  if (::unlink(temporary.constData()) != 0 && errno != ENOENT && errno != EISDIR && errno != EPERM)
-    return Fail("cannot remove the old temporary file", errno);
 
   itsMode = 0666;
   struct stat old;
   itsHadOld = ::stat(target.constData(), &old) == 0;
-  if (itsHadOld) itsMode = old.st_mode & 07777;
+  if (itsHadOld) {
+    if (S_ISDIR(old.st_mode)) return Fail("it is a directory", EISDIR);
+    // Renaming needs only the directory's permission; a file its owner protected stays.
+    if (::access(target.constData(), W_OK) != 0) return Fail("the file is write-protected", errno);
+    itsMode = old.st_mode & 07777;
+  }
 
-  itsFd = ::open(temporary.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, itsMode);
+  // O_EXCL refuses whatever already stands at a name, symbolic links included; another
+  // run's temporary file is never touched.
+  const SString base = itsTarget + SString::format(".saving-%ld", static_cast<long>(::getpid()));
+  for (int attempt = 0; attempt < 100; ++attempt) {
+    itsTemporary = attempt == 0 ? base : base + SString::format("-%d", attempt);
+    itsFd = ::open(itsTemporary.toUtf8().constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, itsMode);
+    if (itsFd >= 0 || errno != EEXIST) break;
+  }
   if (itsFd < 0) return Fail("cannot create the temporary file", errno);
   itsWritten = 0;
   itsWriteback = 0;
@@ -60,7 +65,8 @@ bool SSafeSave::Begin() {
 }
 
 void SSafeSave::Abort() {
-  if (itsFd >= 0) ::close(itsFd);
+  if (itsFd < 0) return;
+  ::close(itsFd);
   itsFd = -1;
   ::unlink(itsTemporary.toUtf8().constData());
 }
