@@ -23,7 +23,7 @@ test: build
 
 # The demo needs the program and its staged installation, not the tests.
 demo: configure
-	@cmake --build $(BUILD) -j $(JOBS) --target gds stage
+	@cmake --build $(BUILD) -j $(JOBS) --target gds_program stage
 	@bash examples/demo.sh $(GDS)
 
 install: build

@@ -1,5 +1,6 @@
 #include "SCmdOption.h"
 
+#include <QFile>
 #include <QTextStream>
 
 #include <cstdlib>
@@ -142,7 +143,7 @@ void SCmdOptionArgumentNextArgv::TakeValue(int& position, int argc, char** argv)
 {
     if (!argv || position < 0 || position + 1 >= argc || !argv[position + 1])
         return;
-    itsValue = NextArgument(position, QString::fromUtf8(argv[position + 1]));
+    itsValue = NextArgument(position, QFile::decodeName(argv[position + 1]));
 }
 
 void SCmdOptionArgumentNextArgv::TakeValue(int& position, const QStringList& list)

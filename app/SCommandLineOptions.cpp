@@ -1,5 +1,6 @@
 #include "SCommandLineOptions.h"
 
+#include <QFile>
 #include "SCmdOption.h"
 #include "SCollectableString.h"
 #include "SVeloraError.h"
@@ -59,7 +60,7 @@ void SCommandLineOptions::ReadCmdLine(int argc, char** argv)
 {
     QStringList arguments;
     for (int i = 0; argv && i < argc; ++i)
-        arguments << (argv[i] ? QString::fromUtf8(argv[i]) : QString());
+        arguments << (argv[i] ? QFile::decodeName(argv[i]) : QString());
     ReadCmdLine(arguments);
 }
 

@@ -1,6 +1,8 @@
 #include "SGdsApp.h"
 
+#include <QFile>
 #include <QFileInfo>
+#include <sys/stat.h>
 #include <QRegExp>
 #include <cstdio>
 
@@ -109,6 +111,10 @@ bool SGdsApp::Run(int argc, char** argv)
     itsConvert = itsOptions.itsTranslate;
     itsGdsFileName = itsOptions.itsGdsFile;
     DeriveDefaultNames();
+    if (!CheckOutputNames())
+        return false;
+    if (!itsOptions.itsTraceFile.isEmpty() && !GdsDebug().OpenTraceFile(QFile::encodeName(itsOptions.itsTraceFile.qstring()).constData()))
+        return false;
 
     bool read = ReadStream();
     if (itsOptions.itsShortFormat || itsOptions.itsRecordTags || !read)
@@ -123,8 +129,9 @@ bool SGdsApp::Run(int argc, char** argv)
         return false;
     if (!CreateProject() || !ExpandStructure())
         return false;
-    if (!itsMaterialFileName.isEmpty())
-        WriteMaterialFile();
+    // A summary that was asked for and could not be written fails the run, as a project does.
+    if (!itsMaterialFileName.isEmpty() && !WriteMaterialFile())
+        return false;
     if (itsOptions.itsCreateLayerFile)
         return CreateLayerFile();
     if (!itsConvert)
@@ -146,14 +153,96 @@ bool SGdsApp::Run(int argc, char** argv)
     return true;
 }
 
+namespace {
+
+struct SNamedFile
+{
+    const char* role;
+    SString name;
+};
+
+// One file under two names, whether or not it exists yet: the same inode for files that
+// exist, else the same absolute path with links in the directory resolved.
+bool SameFile(const SString& a, const SString& b)
+{
+    struct stat first, second;
+    const QByteArray aBytes = QFile::encodeName(a.qstring());
+    const QByteArray bBytes = QFile::encodeName(b.qstring());
+    const bool aExists = ::stat(aBytes.constData(), &first) == 0;
+    const bool bExists = ::stat(bBytes.constData(), &second) == 0;
+    if (aExists && bExists)
+        return first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+    if (aExists != bExists)
+        return false;
+    auto where = [](const SString& name) {
+        const QFileInfo info(name.qstring());
+        const QString directory = QFileInfo(info.absolutePath()).canonicalFilePath();
+        return (directory.isEmpty() ? info.absolutePath() : directory) + QLatin1Char('/') + info.fileName();
+    };
+    return where(a) == where(b);
+}
+
+} // namespace
+
+bool SGdsApp::CheckOutputNames() const
+{
+    const bool translating = itsConvert && !itsOptions.itsCreateLayerFile;
+    const bool readsProject = !itsOptions.itsNewProject &&
+                              (itsConvert || itsOptions.itsCreateLayerFile || !itsMaterialFileName.isEmpty());
+    std::vector<SNamedFile> inputs = {{"input stream", itsGdsFileName}};
+    if (!itsOptions.itsCreateLayerFile && QFileInfo::exists(itsLayerFileName.qstring()))
+        inputs.push_back({"layer file read", itsLayerFileName});
+    if (readsProject)
+        inputs.push_back({"input project", itsInputProjectName});
+
+    std::vector<SNamedFile> outputs;
+    if (!itsOptions.itsGdsOutput.isEmpty())
+        outputs.push_back({"-G stream", itsOptions.itsGdsOutput});
+    if (!itsStructureListFileName.isEmpty())
+        outputs.push_back({"-z structure list", itsStructureListFileName});
+    if (!itsOptions.itsTraceFile.isEmpty())
+        outputs.push_back({"-T trace file", itsOptions.itsTraceFile});
+    if (!itsMaterialFileName.isEmpty())
+        outputs.push_back({"-M material summary", itsMaterialFileName});
+    if (itsOptions.itsCreateLayerFile || (translating && !QFileInfo::exists(itsLayerFileName.qstring())))
+        outputs.push_back({"layer file", itsLayerFileName});
+    if (translating)
+        outputs.push_back({"project", itsOutputProjectName});
+
+    for (size_t i = 0; i < outputs.size(); ++i) {
+        for (const SNamedFile& input : inputs) {
+            // A project is updated in its own file: the save replaces it whole or not at all.
+            if (outputs[i].role == std::string("project") && input.role == std::string("input project"))
+                continue;
+            if (SameFile(outputs[i].name, input.name)) {
+                GdsError("ERROR: The %s %s is the %s itself; it is not written over.\n", outputs[i].role,
+                         outputs[i].name.data(), input.role);
+                return false;
+            }
+        }
+        for (size_t j = 0; j < i; ++j) {
+            if (SameFile(outputs[i].name, outputs[j].name)) {
+                GdsError("ERROR: The %s and the %s are one file, %s; nothing is written.\n", outputs[j].role,
+                         outputs[i].role, outputs[i].name.data());
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
 bool SGdsApp::LoadLayerFile()
 {
     if (!QFileInfo::exists(itsLayerFileName.qstring())) {
         // A missing layer file is made from the stream alone; the read below
         // reports what went wrong if that failed.
-        itsLayerFile->Create(*itsStructureList, itsStructureName, SLayerFileCreateOptions(), itsLayerFileName);
+        const bool created =
+            itsLayerFile->Create(*itsStructureList, itsStructureName, SLayerFileCreateOptions(), itsLayerFileName);
         delete itsLayerFile;
         itsLayerFile = new SGdsLayerFile;
+        // The creation has said why; that the file can't be opened then would only mislead.
+        if (!created && !QFileInfo::exists(itsLayerFileName.qstring()))
+            return false;
     }
     if (!itsLayerFile->Read(itsLayerFileName)) {
         GdsError("%s\n", itsLayerFile->GetErrorText().data());
@@ -306,12 +395,13 @@ bool SGdsApp::WriteProject()
         printf("Created %d polygons in project file\n", itsProject->itsPolygonCount + itsProject->itsBrickCount);
         fflush(stdout);
     }
-    if (itsProject->Save(itsOutputProjectName)) {
-        SProjectOperations operations(itsOutputProjectName);
-        operations.Clean(true);
-    } else {
+    // A project that could not be saved fails the run, so that a calling script can tell.
+    if (!itsProject->Save(itsOutputProjectName)) {
         itsProject->GetErrors().Report();
+        return false;
     }
+    SProjectOperations operations(itsOutputProjectName);
+    operations.Clean(true);
     return true;
 }
 

@@ -47,6 +47,7 @@ private:
     bool UpdateProject();
     bool WriteProject();
     void DeriveDefaultNames();
+    bool CheckOutputNames() const;
     // The mode, sizes and via settings of the command line, onto a project.
     void ApplySettings(SXtranProject& project) const;
     // A project, or a material or technology file, read into the project; false after

@@ -219,8 +219,9 @@ bool SGdsOptions::Evaluate(char name)
         return true;
     }
     case 'T':
+        // Opened by the run once it knows that the name is no input of its own.
         itsTraceFile = value;
-        return GdsDebug().OpenTraceFile(itsTraceFile.data());
+        return true;
     case 's':
         return SetSubstrate(value);
     case 'C':

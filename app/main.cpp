@@ -3,6 +3,7 @@
 #include <strings.h>
 
 #include "SGdsApp.h"
+#include "SFileNameCodec.h"
 #include "SGdsDebug.h"
 #include "SVeloraDirectoryInstance.h"
 
@@ -20,6 +21,7 @@ const char* const kVersion = "17.52.1";
 int main(int argc, char** argv)
 {
     QCoreApplication application(argc, argv);
+    SInstallFileNameCodec();
     QCoreApplication::setOrganizationName("Velora");
     QCoreApplication::setApplicationName("gds");
     QCoreApplication::setApplicationVersion(kVersion);

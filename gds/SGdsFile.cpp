@@ -23,7 +23,7 @@ SGdsFile::~SGdsFile()
 bool SGdsFile::CheckHeader()
 {
     SGdsInput input;
-    if (!input.Open(itsFileName.data())) {
+    if (!input.Open(itsFileName)) {
         GdsError("Can not read GDSII file %s\n", itsFileName.data());
         return false;
     }
@@ -53,7 +53,7 @@ bool SGdsFile::Read()
 {
     if (!itsOutputName.isEmpty()) {
         itsOutput = new SGdsOutput;
-        if (!itsOutput->Open(itsOutputName.data())) {
+        if (!itsOutput->Open(itsOutputName)) {
             GdsError("Can not write to GDSII file %s\n", itsOutputName.data());
             delete itsOutput;
             itsOutput = nullptr;
@@ -62,9 +62,12 @@ bool SGdsFile::Read()
         SetGdsOutputDevice(itsOutput);
     }
     itsInput = new SGdsInput;
-    bool ok = itsInput->Open(itsFileName.data());
+    bool ok = itsInput->Open(itsFileName);
     if (!ok) {
         GdsError("Can not read GDSII file %s\n", itsFileName.data());
+        // No copy of a stream that was never read.
+        if (itsOutput)
+            itsOutput->Discard();
     } else {
         ResetTextReader();
         SGdsRecStrname::ResetNoNameCount();

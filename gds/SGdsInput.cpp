@@ -1,5 +1,7 @@
 #include "SGdsInput.h"
 
+#include <QFile>
+
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -16,10 +18,10 @@ SGdsInput::~SGdsInput()
     Close();
 }
 
-bool SGdsInput::Open(const char* name)
+bool SGdsInput::Open(const SString& name)
 {
     Close();
-    int fd = ::open(name, O_RDONLY | O_CLOEXEC);
+    int fd = ::open(QFile::encodeName(name.qstring()).constData(), O_RDONLY | O_CLOEXEC);
     if (fd < 0)
         return false;
     struct stat info;
@@ -92,29 +94,25 @@ bool SGdsInput::AtEnd()
 
 SGdsOutput::~SGdsOutput()
 {
-    Close();
+    Discard();
 }
 
-bool SGdsOutput::Open(const char* name)
+bool SGdsOutput::Open(const SString& name)
 {
-    Close();
-    int fd = ::open(name, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-    if (fd < 0)
-        return false;
-    itsBuffer = static_cast<unsigned char*>(malloc(kBufferSize));
-    if (!itsBuffer) {
-        ::close(fd);
-        return false;
-    }
-    itsFd = fd;
+    Discard();
+    itsSave = new SSafeSave(name);
     itsFill = 0;
     itsFailed = false;
+    itsBuffer = static_cast<unsigned char*>(malloc(kBufferSize));
+    itsErrorText.clear();
+    if (!itsBuffer || !itsSave->Begin())
+        return Fail();
     return true;
 }
 
 void SGdsOutput::Write(const unsigned char* data, size_t count)
 {
-    if (itsFd < 0)
+    if (!itsSave || itsFailed)
         return;
     while (count > 0) {
         if (itsFill == kBufferSize && !Flush())
@@ -131,31 +129,42 @@ void SGdsOutput::Write(const unsigned char* data, size_t count)
 
 bool SGdsOutput::Flush()
 {
-    size_t done = 0;
-    while (done < itsFill) {
-        ssize_t put = ::write(itsFd, itsBuffer + done, itsFill - done);
-        if (put < 0 && errno == EINTR)
-            continue;
-        if (put <= 0) {
-            itsFailed = true;
-            itsFill = 0;
-            return false;
-        }
-        done += size_t(put);
-    }
+    if (itsFill > 0 && !itsSave->Append(reinterpret_cast<const char*>(itsBuffer), itsFill))
+        Fail();
     itsFill = 0;
-    return true;
+    return !itsFailed;
 }
 
 bool SGdsOutput::Close()
 {
-    if (itsFd < 0)
+    if (!itsSave)
         return !itsFailed;
-    Flush();
-    if (::close(itsFd) != 0)
-        itsFailed = true;
-    itsFd = -1;
+    bool ok = !itsFailed && Flush() && itsSave->Finish();
+    if (!ok)
+        Fail();
+    itsSave->Abort();
+    delete itsSave;
+    itsSave = nullptr;
     free(itsBuffer);
     itsBuffer = nullptr;
-    return !itsFailed;
+    return ok;
+}
+
+void SGdsOutput::Discard()
+{
+    if (itsSave)
+        itsSave->Abort();
+    delete itsSave;
+    itsSave = nullptr;
+    free(itsBuffer);
+    itsBuffer = nullptr;
+    itsFill = 0;
+}
+
+bool SGdsOutput::Fail()
+{
+    itsFailed = true;
+    if (itsSave && itsErrorText.isEmpty())
+        itsErrorText = itsSave->GetErrorText();
+    return false;
 }

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "SSafeSave.h"
+
 // A file read through one large buffer. Records are small, so reading them
 // straight from the file system would cost a system call each.
 class SGdsInput
@@ -15,7 +17,7 @@ public:
     SGdsInput& operator=(const SGdsInput&) = delete;
 
     // Fails on a missing, unreadable or non-regular file.
-    bool Open(const char* name);
+    bool Open(const SString& name);
     void Close();
     bool IsOpen() const { return itsFd >= 0; }
 
@@ -40,7 +42,8 @@ private:
     bool itsEof = false;
 };
 
-// The -G copy: every byte that leaves the input is appended here.
+// The -G copy: every byte that leaves the input is appended here. It is saved like every
+// file the program writes: it replaces a file of that name only once it is complete.
 class SGdsOutput
 {
 public:
@@ -49,18 +52,24 @@ public:
     SGdsOutput(const SGdsOutput&) = delete;
     SGdsOutput& operator=(const SGdsOutput&) = delete;
 
-    bool Open(const char* name);
+    bool Open(const SString& name);
     void Write(const unsigned char* data, size_t count);
-    // False when any write failed.
+    // Puts the copy in place; false when any write failed, and then nothing is written.
     bool Close();
+    // Drops the copy: the file of that name stays as it was.
+    void Discard();
+    // Why the copy could not be written, in the system's words.
+    const char* GetErrorText() const { return itsErrorText.data(); }
 
 private:
     bool Flush();
+    bool Fail();
 
-    int itsFd = -1;
+    SSafeSave* itsSave = nullptr;
     unsigned char* itsBuffer = nullptr;
     size_t itsFill = 0;
     bool itsFailed = false;
+    SString itsErrorText;
 };
 
 #endif

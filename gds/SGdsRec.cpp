@@ -1,5 +1,6 @@
 #include "SGdsRec.h"
 
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -175,6 +176,13 @@ bool SGdsRecUnits::CheckValue()
     if (sscanf(text, "%lf", &scale) != 1)
         scale = 1.0;
     SetScale(scale);
+    // Such a unit collapses or mirrors every coordinate; the run goes on, but not silently.
+    const double user = GetUserUnit();
+    const double meters = GetMeterUnit();
+    if (!(user > 0) || !(meters > 0) || !std::isfinite(user) || !std::isfinite(meters))
+        GdsWarning("WARNING: UNITS record %ld gives a database unit of %g user units and %g meters; "
+                   "units must be positive\n",
+                   long(GetRecordNumber()), user, meters);
     return true;
 }
 

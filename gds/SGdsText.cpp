@@ -26,6 +26,9 @@ void (*theTextFailure)() = nullptr;
 {
     if (theTextFailure)
         theTextFailure();
+    // The copy of what was read so far stays, as for a binary stream that breaks off.
+    if (SGdsOutput* output = GetGdsOutputDevice())
+        output->Close();
     exit(1);
 }
 

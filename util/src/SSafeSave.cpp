@@ -1,7 +1,11 @@
 #include "SSafeSave.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <cerrno>
+#include <cstdlib>
+#include <mutex>
+#include <set>
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
@@ -9,6 +13,34 @@
 #include <unistd.h>
 
 namespace {
+// Saves under way: a run that ends through exit() (a fatal error, a text form that breaks
+// off) takes their temporary files along rather than leaving them beside the targets.
+std::mutex gOpenLock;
+std::set<SSafeSave*>* gOpen = nullptr;
+
+void RemoveOpenTemporaries() {
+  std::set<SSafeSave*> open;
+  {
+    std::lock_guard<std::mutex> lock(gOpenLock);
+    if (gOpen) open.swap(*gOpen);
+  }
+  for (SSafeSave* save : open) save->Abort();
+}
+
+void Register(SSafeSave* save) {
+  std::lock_guard<std::mutex> lock(gOpenLock);
+  if (!gOpen) {
+    gOpen = new std::set<SSafeSave*>;
+    std::atexit(RemoveOpenTemporaries);
+  }
+  gOpen->insert(save);
+}
+
+void Unregister(SSafeSave* save) {
+  std::lock_guard<std::mutex> lock(gOpenLock);
+  if (gOpen) gOpen->erase(save);
+}
+
 // A link to the project stays a link: the file it points to is the one replaced.
 SString ResolveLink(const SString& path) {
   const QFileInfo info(path.qstring());
@@ -17,7 +49,7 @@ SString ResolveLink(const SString& path) {
 
 // Makes the rename itself durable; a directory that can't be opened is no failure of the save.
 void SyncDirectoryOf(const QByteArray& path) {
-  const QByteArray directory = QFileInfo(QString::fromUtf8(path)).absolutePath().toUtf8();
+  const QByteArray directory = QFile::encodeName(QFileInfo(QFile::decodeName(path)).absolutePath());
   const int fd = ::open(directory.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (fd < 0) return;
   (void)::fsync(fd);
@@ -38,7 +70,7 @@ bool SSafeSave::Commit(const char* data, size_t size) { return Begin() && Append
 
 bool SSafeSave::Begin() {
   itsErrorText.clear();
-  const QByteArray target = itsTarget.toUtf8();
+  const QByteArray target = QFile::encodeName(itsTarget.qstring());
 
   itsMode = 0666;
   struct stat old;
@@ -55,10 +87,12 @@ bool SSafeSave::Begin() {
   const SString base = itsTarget + SString::format(".saving-%ld", static_cast<long>(::getpid()));
   for (int attempt = 0; attempt < 100; ++attempt) {
     itsTemporary = attempt == 0 ? base : base + SString::format("-%d", attempt);
-    itsFd = ::open(itsTemporary.toUtf8().constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, itsMode);
+    const QByteArray name = QFile::encodeName(itsTemporary.qstring());
+    itsFd = ::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, itsMode);
     if (itsFd >= 0 || errno != EEXIST) break;
   }
   if (itsFd < 0) return Fail("cannot create the temporary file", errno);
+  Register(this);
   itsWritten = 0;
   itsWriteback = 0;
   return true;
@@ -68,7 +102,8 @@ void SSafeSave::Abort() {
   if (itsFd < 0) return;
   ::close(itsFd);
   itsFd = -1;
-  ::unlink(itsTemporary.toUtf8().constData());
+  Unregister(this);
+  ::unlink(QFile::encodeName(itsTemporary.qstring()).constData());
 }
 
 bool SSafeSave::Append(const char* data, size_t size) {
@@ -97,10 +132,11 @@ bool SSafeSave::Append(const char* data, size_t size) {
 
 bool SSafeSave::Finish() {
   if (itsFd < 0) return false;
-  const QByteArray target = itsTarget.toUtf8();
-  const QByteArray temporary = itsTemporary.toUtf8();
+  const QByteArray target = QFile::encodeName(itsTarget.qstring());
+  const QByteArray temporary = QFile::encodeName(itsTemporary.qstring());
   const int fd = itsFd;
   itsFd = -1;
+  Unregister(this);
   if (itsHadOld) (void)::fchmod(fd, itsMode);  // the umask may have narrowed it
   if (::fsync(fd) != 0) {
     const int error = errno;

@@ -3,6 +3,7 @@
 #include "SVeloraError.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <cstdlib>
 
@@ -12,6 +13,12 @@ SVeloraDirectoryInstance* gInstance = nullptr;
 SString Env(const char* name) {
   const char* value = getenv(name);
   return value ? SString::fromUtf8(value) : SString();
+}
+
+// The program lives two levels below the top: <top>/bin/<arch>/gds.
+QString TopOfProgram(QString path) {
+  for (int i = 0; i < 3 && path.contains(QLatin1Char('/')); ++i) path.truncate(path.lastIndexOf(QLatin1Char('/')));
+  return path.isEmpty() ? QStringLiteral("/") : path;
 }
 
 SString Clean(const SString& path) {
@@ -48,12 +55,14 @@ void SVeloraDirectoryInstance::FindInstallDir(const char* programPath) {
   if (TryInstall(Env("REG_VELORA_DIR"), "REG_VELORA_DIR", "$REG_VELORA_DIR")) return;
   if (TryInstall(Env("VELORA_DIR"), "Environment", "$VELORA_DIR")) return;
   if (programPath && *programPath) {
-    // The program lives two levels below the top: <top>/bin/<arch>/gds.
-    QString path = QFileInfo(QString::fromLocal8Bit(programPath)).absoluteFilePath();
-    for (int i = 0; i < 3 && path.contains(QLatin1Char('/')); ++i) path.truncate(path.lastIndexOf(QLatin1Char('/')));
-    if (path.isEmpty()) path = QStringLiteral("/");
+    const QString path = TopOfProgram(QFileInfo(QFile::decodeName(programPath)).absoluteFilePath());
     if (TryInstall(SString(path), "Argv Path", "Argv Path")) return;
   }
+  // Started through PATH or a link, the first argument doesn't lead to the installation;
+  // the executable itself does.
+  const QString executable = QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath();
+  if (!executable.isEmpty() && TryInstall(SString(TopOfProgram(executable)), "Executable Path", "Executable Path"))
+    return;
   itsFailure += "A valid Velora install directory could not be found.\n";
   itsFailure += "The variable VELORA_DIR must be defined.\n";
   itsFailure += "It must name the directory that holds the file velora.ver.\n";
