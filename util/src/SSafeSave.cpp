@@ -76,7 +76,10 @@ bool SSafeSave::Begin() {
   struct stat old;
   itsHadOld = ::stat(target.constData(), &old) == 0;
   if (itsHadOld) {
-    if (S_ISDIR(old.st_mode)) return Fail("it is a directory", EISDIR);
+    if (S_ISDIR(old.st_mode)) {
+      itsHadOld = false;  // no file that a failure would leave unchanged
+      return Fail("it is a directory", EISDIR);
+    }
     // Renaming needs only the directory's permission; a file its owner protected stays.
     if (::access(target.constData(), W_OK) != 0) return Fail("the file is write-protected", errno);
     itsMode = old.st_mode & 07777;
