@@ -11,7 +11,7 @@
 // file name first.
 
 // Geometry block
-string 5602 "%s"
+string 5602 "A project, material or technology file could not be used."
 string 6002 "Invalid value in a polygon line."
 string 6005 "Negative value."
 string 6008 "Too few entries."
