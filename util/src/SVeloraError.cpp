@@ -135,9 +135,12 @@ const char* VeloraErrorDescription(const char* id) {
     snprintf(unknown, sizeof unknown, "Error System Error - Message Key Not Found- %s", id ? id : "");
     description = unknown;
   }
+  // The source file by its own name: where the program was built is no business of its user.
+  const char* source = sourceFile ? sourceFile : "";
+  if (const char* slash = strrchr(source, '/')) source = slash + 1;
   char text[kTextLimit * 2];
   snprintf(text, sizeof text, "%s: #%s, %s\n File: %s, Line: %d\n%s", "Velora Internal Error", id ? id : "",
-           description, sourceFile ? sourceFile : "", line, detail);
+           description, source, line, detail);
   Sink(text, 2);
   VeloraTrace(1, TRACE_GENERAL, "%s", text);
   if (gErrorHook) gErrorHook();
