@@ -1,10 +1,10 @@
 #include "SLayerFile.h"
 
-#include <QFile>
 #include <QTextStream>
 
 #include "SLayerMapping.h"
 #include "SOrdered.h"
+#include "SSafeSave.h"
 #include "SVeloraError.h"
 
 namespace {
@@ -115,21 +115,29 @@ void SLayerFile::FinishRead()
 bool SLayerFile::Write(const SString& path)
 {
     itsErrorText.clear();
-    QFile file(path.qstring());
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-        VeloraFormatMessage(itsErrorText, kUnableToWriteFile, path.data());
-        return false;
+    // Replaced whole or not at all: a file cut short would read back with fewer mappings.
+    SSafeSave save(path);
+    bool ok = save.Begin();
+    QString text;
+    QTextStream stream(&text);
+    auto flush = [&]() {
+        stream.flush();
+        QByteArray bytes = text.toUtf8();
+        text.clear();
+        return save.Append(bytes.constData(), size_t(bytes.size()));
+    };
+    const int kChunk = 1 << 20;
+    for (auto it = itsMappings.begin(); ok && it != itsMappings.end(); ++it) {
+        static_cast<const SLayerMapping*>(*it)->Write(stream);
+        if (text.size() >= kChunk)
+            ok = flush();
     }
-    QTextStream stream(&file);
-    stream.setCodec("UTF-8");
-    for (SCollectable* item : itsMappings)
-        static_cast<const SLayerMapping*>(item)->Write(stream);
-    stream.flush();
-    if (stream.status() != QTextStream::Ok || file.error() != QFileDevice::NoError) {
+    ok = ok && flush() && save.Finish();
+    if (!ok) {
+        save.Abort();
         VeloraFormatMessage(itsErrorText, kUnableToWriteFile, path.data());
-        return false;
     }
-    return true;
+    return ok;
 }
 
 void SLayerFile::RemoveAt(size_t index)

@@ -27,7 +27,8 @@ public:
     // Replaces the mappings by those of the file. False with GetErrorText() set,
     // "name:line: " in front of a line's error.
     bool Read(const SString& path);
-    // False with GetErrorText() set when the file can't be written.
+    // Replaces the file whole, through a temporary beside it, or leaves it as it was;
+    // false with GetErrorText() set when it can't be written.
     bool Write(const SString& path);
 
     // The current line as a new mapping, kept on success.

@@ -1,12 +1,16 @@
-// The layer file as a user meets it: -L, and the file a translation makes
-// for itself when none exists.
+// The layer file as a user meets it: -L, the file a translation makes for
+// itself when none exists, and what a full disk leaves.
 
 #include <gtest/gtest.h>
 
+#include <QDir>
+
 #include "GdsRun.h"
+#include "LimitedRun.h"
 
 using gdstest::GdsRun;
 using gdstest::RunResult;
+using Strings = std::vector<std::string>;
 
 namespace {
 
@@ -28,6 +32,23 @@ std::vector<std::string> Pairs(const std::string& text)
             pairs.push_back((fields[2] + "/" + fields[3]).toStdString());
     }
     return pairs;
+}
+
+// Names of the files in the run's directory, sorted.
+Strings Files(const GdsRun& run)
+{
+    Strings names;
+    for (const QString& name : QDir(run.Dir()).entryList(QDir::Files, QDir::Name))
+        names.push_back(name.toStdString());
+    return names;
+}
+
+// Every write past 64 bytes fails, as on a full disk.
+gdstest::Limits FullDisk()
+{
+    gdstest::Limits limits;
+    limits.fileBytes = 64;
+    return limits;
 }
 
 TEST(LayerFileCommandLine, DashLWritesTheLayersOfTheChosenStructure)
@@ -86,6 +107,28 @@ TEST(LayerFileCommandLine, BrokenLayerFileEndsTheTranslationWithItsMessage)
     EXPECT_EQ(result.status, 1);
     EXPECT_NE(result.out.find("chip.lay:1"), std::string::npos) << result.out;
     EXPECT_NE(result.out.find("Conversion failed\n"), std::string::npos);
+}
+
+TEST(LayerFileCommandLine, FullDiskLeavesTheLayerFileWholeOrAbsent)
+{
+    GdsRun run;
+    CopyExample(run);
+    const std::string good = "# kept as it was\nm metal_boundary 1 0 1 \"Gold\" on 1\n";
+    run.Write("chip.lay", good);
+    RunResult result = gdstest::RunLimited(run, {"-L", "chip.gds"}, FullDisk());
+    EXPECT_TRUE(result.finished);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out, "Unable to write the file chip.lay\n");
+    EXPECT_EQ(run.Read("chip.lay"), good);
+    EXPECT_EQ(Files(run), (Strings{"chip.gds", "chip.lay"}));
+
+    // A translation that must make its layer file first stops when it can't.
+    QFile::remove(run.Dir() + "/chip.lay");
+    result = gdstest::RunLimited(run, {"chip.gds"}, FullDisk());
+    EXPECT_TRUE(result.finished);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out.rfind("Unable to write the file chip.lay\n", 0), 0u) << result.out;
+    EXPECT_EQ(Files(run), Strings{"chip.gds"});
 }
 
 } // namespace
