@@ -6,6 +6,7 @@
 #include "SGdsElement.h"
 #include "SGdsRecord.h"
 #include "SGdsStructure.h"
+#include "SSafeSave.h"
 
 SGdsStructureList::SGdsStructureList()
     : itsLibraryName("NotDefined")
@@ -137,16 +138,14 @@ bool SGdsStructureList::ListStructures(const SString& fileName, int mode)
         return true;
     }
     SString primary = GetDefaultStructure(mode);
-    FILE* file = fopen(fileName.data(), "w");
-    if (!file) {
+    QByteArray text = primary.toUtf8() + "\n\n";
+    for (size_t i = 0; i < count; ++i)
+        text += static_cast<SGdsStructure*>(itsStructures.at(i))->toUtf8() + "\n";
+    // Whole or not at all: a list cut short would name a wrong set of structures.
+    SSafeSave save(fileName);
+    if (!save.Commit(text.constData(), size_t(text.size()))) {
         GdsError("Can not write to file %s\n", fileName.data());
         return false;
     }
-    fprintf(file, "%s\n\n", primary.data());
-    for (size_t i = 0; i < count; ++i)
-        fprintf(file, "%s\n", static_cast<SGdsStructure*>(itsStructures.at(i))->data());
-    bool ok = fclose(file) == 0;
-    if (!ok)
-        GdsError("Can not write to file %s\n", fileName.data());
-    return ok;
+    return true;
 }

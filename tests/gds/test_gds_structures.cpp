@@ -7,7 +7,10 @@
 #include <QString>
 #include <QStringList>
 
+#include <QDir>
+
 #include "GdsRun.h"
+#include "LimitedRun.h"
 #include "RecordReader.h"
 #include "SGdsElement.h"
 #include "SGdsStructure.h"
@@ -274,6 +277,20 @@ TEST(StructureList, UnwritableFileFailsTheRun)
     GdsRun gds;
     gds.Write("ab.gds", AB());
     EXPECT_RUN(gds.Run({"-z", "missing/list.txt", "ab.gds"}), 1, "Can not write to file missing/list.txt\n");
+
+    // On a full disk the list that was there stays whole, and no temporary file is left.
+    StreamWriter many;
+    many.Begin();
+    for (int i = 0; i < 20; ++i)
+        many.Cell("STRUCTURE_" + std::to_string(i));
+    gds.Write("many.gds", many.Endlib());
+    gds.Write("list.txt", "OLD\n\nOLD\n");
+    Limits full;
+    full.fileBytes = 64;
+    RunResult run = RunLimited(gds, {"-z", "list.txt", "many.gds"}, full);
+    EXPECT_RUN(run, 1, "Can not write to file list.txt\n");
+    EXPECT_EQ(gds.Read("list.txt"), "OLD\n\nOLD\n");
+    EXPECT_EQ(QDir(gds.Dir()).entryList(QDir::Files, QDir::Name), (QStringList{"ab.gds", "list.txt", "many.gds"}));
 }
 
 TEST(Structures, DeepHierarchyDoesNotExhaustTheStack)
