@@ -1,6 +1,8 @@
 #include "SGdsStructureList.h"
 
 #include <cstdio>
+#include <unordered_set>
+#include <vector>
 
 #include "SGdsDebug.h"
 #include "SGdsElement.h"
@@ -120,12 +122,61 @@ SString SGdsStructureList::GetDefaultStructure(int mode)
 
 bool SGdsStructureList::CollectElements(SOrdered& elements, const SString& name)
 {
-    SGdsStructure* structure = FindStructure(name);
-    if (!structure) {
+    SGdsStructure* top = FindStructure(name);
+    if (!top) {
         GdsError("Structure %s is referenced, but not defined in the GDSII file\n", name.data());
         return true;
     }
-    return structure->CollectElements(elements, *this);
+    // A structure holds the same leaves wherever it is placed, so each one is walked once:
+    // a hierarchy that places its structures 2^60 times costs what the file holds. The walk
+    // keeps its own stack, as a stream may nest deeper than the program's stack allows.
+    struct Step
+    {
+        SGdsStructure* structure;
+        size_t next;
+        // The reference that led here, marked while its structure is walked.
+        SGdsElementSref* via;
+    };
+    std::unordered_set<const SGdsStructure*> done;
+    std::vector<Step> steps{Step{top, 0, nullptr}};
+    while (!steps.empty()) {
+        Step& step = steps.back();
+        if (step.next == step.structure->itsElements.entries()) {
+            done.insert(step.structure);
+            if (step.via)
+                step.via->itsCollecting = false;
+            steps.pop_back();
+            continue;
+        }
+        SGdsElement* element = static_cast<SGdsElement*>(step.structure->itsElements.at(step.next++));
+        if (!element->IsReference()) {
+            element->CollectElements(elements, *this);
+            continue;
+        }
+        SGdsElementSref* reference = static_cast<SGdsElementSref*>(element);
+        // A structure met again before it is done lies on the current path: walking it
+        // again reaches the reference still marked, which closes the cycle.
+        if (reference->itsCollecting) {
+            GdsError("GDSII file contains a circular reference for structure = %s\n",
+                     reference->itsStructureName.data());
+            for (const Step& open : steps) {
+                if (open.via)
+                    open.via->itsCollecting = false;
+            }
+            return false;
+        }
+        SGdsStructure* child = FindStructure(reference->itsStructureName);
+        if (!child) {
+            GdsError("Structure %s is referenced, but not defined in the GDSII file\n",
+                     reference->itsStructureName.data());
+            continue;
+        }
+        if (done.count(child))
+            continue;
+        reference->itsCollecting = true;
+        steps.push_back(Step{child, 0, reference});
+    }
+    return true;
 }
 
 bool SGdsStructureList::ListStructures(const SString& fileName, int mode)

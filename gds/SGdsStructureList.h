@@ -30,7 +30,8 @@ public:
 
     // The name chosen by -P; empty when there is none.
     virtual SString GetDefaultStructure(int mode);
-    // The leaf elements reachable from a structure; false on a cycle.
+    // The leaf elements reachable from a structure, each structure's once however often it
+    // is placed; false on a cycle.
     virtual bool CollectElements(SOrdered& elements, const SString& name);
 
     SGdsStructure* OpenStructure(int64_t bgnstrRecord);

@@ -89,9 +89,13 @@ bool SGdsExpander::ExpandStructure(const SString& name)
         return true;
     // A flattening that can't fit ends before it starts rather than after
     // filling the memory.
-    uint64_t needed = MinimumMemory(structure);
-    if (needed > itsPolygons.GetMemoryLimit() - itsPolygons.GetMemoryUsed())
-        SGdsPolygonList::MemoryFailure();
+    uint64_t polygons = 0;
+    uint64_t needed = MinimumMemory(structure, &polygons);
+    if (needed > itsPolygons.GetMemoryLimit() - itsPolygons.GetMemoryUsed()) {
+        GdsError("ERROR: Structure %s flattens to %llu polygons, too large for this machine's memory\n",
+                 name.data(), (unsigned long long)polygons);
+        return false;
+    }
     itsArefMethodKnown = false;
     return ExpandElements(structure);
 }
@@ -344,28 +348,33 @@ bool SGdsExpander::Abandon()
     return false;
 }
 
-uint64_t SGdsExpander::MinimumMemory(SGdsStructure* top) const
+uint64_t SGdsExpander::MinimumMemory(SGdsStructure* top, uint64_t* polygons) const
 {
     // Walked like the sizes of structures, with a stack of its own; a
     // structure met again inside a cycle counts nothing.
+    struct Size
+    {
+        uint64_t bytes;
+        uint64_t polygons;
+    };
     const uint64_t kBusy = UINT64_MAX;
-    std::unordered_map<const SGdsStructure*, uint64_t> known;
+    std::unordered_map<const SGdsStructure*, Size> known;
     struct Step
     {
         SGdsStructure* structure;
         size_t next;
-        uint64_t sum;
+        Size sum;
     };
     std::vector<Step> steps;
-    known[top] = kBusy;
-    steps.push_back(Step{top, 0, 0});
-    uint64_t result = 0;
+    known[top] = Size{kBusy, 0};
+    steps.push_back(Step{top, 0, {0, 0}});
+    Size result{0, 0};
     while (!steps.empty()) {
         Step& step = steps.back();
         const SOrdered& elements = step.structure->itsElements;
         if (step.next == elements.entries()) {
-            uint64_t sum = step.sum;
-            known[step.structure] = sum == kBusy ? kBusy - 1 : sum;
+            Size sum = step.sum;
+            known[step.structure] = Size{sum.bytes == kBusy ? kBusy - 1 : sum.bytes, sum.polygons};
             steps.pop_back();
             if (steps.empty()) {
                 result = sum;
@@ -374,13 +383,17 @@ uint64_t SGdsExpander::MinimumMemory(SGdsStructure* top) const
             Step& parent = steps.back();
             const SGdsElement& element =
                 *static_cast<const SGdsElement*>(parent.structure->itsElements.at(parent.next));
-            parent.sum = SaturatedAdd(parent.sum, SaturatedMultiply(sum, Placements(element)));
+            uint64_t placements = Placements(element);
+            parent.sum.bytes = SaturatedAdd(parent.sum.bytes, SaturatedMultiply(sum.bytes, placements));
+            parent.sum.polygons = SaturatedAdd(parent.sum.polygons, SaturatedMultiply(sum.polygons, placements));
             ++parent.next;
             continue;
         }
         const SGdsElement& element = *static_cast<const SGdsElement*>(elements.at(step.next));
         if (!element.IsReference()) {
-            step.sum = SaturatedAdd(step.sum, LeafMemory(element));
+            uint64_t bytes = LeafMemory(element);
+            step.sum.bytes = SaturatedAdd(step.sum.bytes, bytes);
+            step.sum.polygons = SaturatedAdd(step.sum.polygons, bytes > 0 ? 1 : 0);
             ++step.next;
             continue;
         }
@@ -388,13 +401,17 @@ uint64_t SGdsExpander::MinimumMemory(SGdsStructure* top) const
             itsStructures.FindStructure(static_cast<const SGdsElementSref&>(element).itsStructureName);
         auto found = child ? known.find(child) : known.end();
         if (child && found == known.end()) {
-            known[child] = kBusy;
-            steps.push_back(Step{child, 0, 0});
+            known[child] = Size{kBusy, 0};
+            steps.push_back(Step{child, 0, {0, 0}});
             continue;
         }
-        uint64_t size = child && found->second != kBusy ? found->second : 0;
-        step.sum = SaturatedAdd(step.sum, SaturatedMultiply(size, Placements(element)));
+        Size size = child && found->second.bytes != kBusy ? found->second : Size{0, 0};
+        uint64_t placements = Placements(element);
+        step.sum.bytes = SaturatedAdd(step.sum.bytes, SaturatedMultiply(size.bytes, placements));
+        step.sum.polygons = SaturatedAdd(step.sum.polygons, SaturatedMultiply(size.polygons, placements));
         ++step.next;
     }
-    return result;
+    if (polygons)
+        *polygons = result.polygons;
+    return result.bytes;
 }

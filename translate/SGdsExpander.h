@@ -27,12 +27,14 @@ public:
     SGdsExpander(SGdsStructureList& structures, SGdsPolygonList& polygons);
 
     // An unknown name warns and makes nothing. False after its message when
-    // the walk must stop: a circular reference, an element without points.
+    // the walk must stop: a circular reference, an element without points, or
+    // more polygons than the memory holds, told before any is made.
     bool ExpandStructure(const SString& name);
 
     // Bytes that the polygons of a structure's boundaries, boxes and paths
-    // take at the least, every placement counted; saturates.
-    uint64_t MinimumMemory(SGdsStructure* structure) const;
+    // take at the least, every placement counted, and how many polygons those
+    // are; both saturate.
+    uint64_t MinimumMemory(SGdsStructure* structure, uint64_t* polygons = nullptr) const;
 
 private:
     struct Frame

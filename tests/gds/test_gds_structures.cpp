@@ -293,6 +293,43 @@ TEST(StructureList, UnwritableFileFailsTheRun)
     EXPECT_EQ(QDir(gds.Dir()).entryList(QDir::Files, QDir::Name), (QStringList{"ab.gds", "list.txt", "many.gds"}));
 }
 
+TEST(Structures, CollectingWalksEachStructureOnceAndStillFindsCycles)
+{
+    // LEAF is reached 2 * (3 + 10 * 10) times, and through OTHER as well.
+    StreamWriter s;
+    s.Begin().Bgnstr("LEAF").Boundary(1, 0, StreamWriter::Rect(0, 0, 1, 1)).Box(2, 0, StreamWriter::Rect(0, 0, 1, 1));
+    s.Endstr().Bgnstr("MID").Sref("LEAF", 0, 0).Sref("LEAF", 1, 0).Sref("LEAF", 2, 0);
+    s.Aref("LEAF", 10, 10, {{0, 0}, {10, 0}, {0, 10}}).Sref("GONE", 0, 0).Endstr();
+    s.Bgnstr("OTHER").Sref("LEAF", 0, 0).Path(3, 0, 1, {{0, 0}, {5, 0}}).Endstr();
+    s.Bgnstr("TOP").Sref("MID", 0, 0).Sref("OTHER", 0, 0).Sref("MID", 50, 0).Endstr();
+    s.Bgnstr("RING_A").Sref("LEAF", 0, 0).Sref("RING_B", 0, 0).Endstr();
+    s.Bgnstr("RING_B").Sref("LEAF", 0, 0).Sref("RING_A", 0, 0).Endstr().Endlib();
+    RecordReader reader;
+    ASSERT_TRUE(reader.Load(s));
+    ASSERT_TRUE(reader.Build());
+
+    SOrdered elements;
+    testing::internal::CaptureStdout();
+    bool ok = reader.List().CollectElements(elements, "TOP");
+    std::string printed = testing::internal::GetCapturedStdout();
+    EXPECT_TRUE(ok);
+    // The undefined name is told once for the one reference that names it.
+    EXPECT_EQ(printed, "Structure GONE is referenced, but not defined in the GDSII file\n");
+    std::string names;
+    for (SCollectable* item : elements)
+        names += std::string(static_cast<SGdsElement*>(item)->GetName()) + " ";
+    EXPECT_EQ(names, "Boundary Box Path ");
+
+    // A cycle is still told, and a later walk starts afresh.
+    for (int round = 0; round < 2; ++round) {
+        elements.clear();
+        testing::internal::CaptureStdout();
+        EXPECT_FALSE(reader.List().CollectElements(elements, "RING_A"));
+        EXPECT_EQ(testing::internal::GetCapturedStdout(),
+                  "GDSII file contains a circular reference for structure = RING_B\n");
+    }
+}
+
 TEST(Structures, DeepHierarchyDoesNotExhaustTheStack)
 {
     // Each structure places the next; only the last one holds a shape.
@@ -310,6 +347,10 @@ TEST(Structures, DeepHierarchyDoesNotExhaustTheStack)
     EXPECT_EQ(run.err, "");
     // All have size 1, so the first wins.
     EXPECT_NE(gds.Read("out.txt").find("Primary structure \"S0\"\nS0\nS1\n"), std::string::npos);
+
+    // The layer file is made by a walk of its own.
+    EXPECT_RUN(gds.Run({"-L", "deep.gds"}), 0, "");
+    EXPECT_EQ(gds.Read("deep.lay"), "Not_defined metal_boundary 1 0 1 \"Unknown_metal\" on 1\n");
 }
 
 TEST(Structures, HugeArraysNeverCountBelowZero)

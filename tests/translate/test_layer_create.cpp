@@ -1,5 +1,6 @@
 // Layer files made from a stream: one line for each pair reachable from the
-// structure, the level options, technology layers, and the corpus.
+// structure, the level options, technology layers, hierarchies placed past
+// counting, and the corpus.
 
 #include <gtest/gtest.h>
 
@@ -16,6 +17,8 @@
 #include <vector>
 
 #include "Corpus.h"
+#include "GdsRun.h"
+#include "LimitedRun.h"
 #include "RecordReader.h"
 #include "SErrorMessages.h"
 #include "SGdsLayerFile.h"
@@ -80,6 +83,32 @@ SLayerFileTechLayer Tech(const char* name, int type, int layer, int datatype, in
     tech.itsLevel = level;
     tech.itsMaterialName = material;
     return tech;
+}
+
+// Sixty structures each placing the one before twice: 2^60 placements of B0, which holds
+// two shapes, and 2^30 of a shape of B30.
+StreamWriter Bomb()
+{
+    StreamWriter s;
+    s.Begin().Bgnstr("B0").Boundary(1, 0, StreamWriter::Rect(0, 0, 5, 5)).Box(2, 3, StreamWriter::Rect(0, 0, 1, 1));
+    s.Endstr();
+    for (int i = 1; i <= 60; ++i) {
+        std::string previous = "B" + std::to_string(i - 1);
+        s.Bgnstr("B" + std::to_string(i)).Sref(previous, 0, 0).Sref(previous, 10, 0);
+        if (i == 30)
+            s.Boundary(7, 1, StreamWriter::Rect(0, 0, 5, 5));
+        s.Endstr();
+    }
+    return s.Endlib();
+}
+
+// Small enough that a walk of every placement would end by a limit, not by itself.
+Limits SmallMachine()
+{
+    Limits limits;
+    limits.addressBytes = rlim_t(2) << 30;
+    limits.cpuSeconds = 5;
+    return limits;
 }
 
 } // namespace
@@ -151,6 +180,35 @@ TEST_F(CreateLayerFile, TechnologyLayersNameTheirPairs)
     if (hadSettings)
         SInitializationFile::CreateGlobal();
     EXPECT_NE(text.find(Line(10, 0, 10, "on")), std::string::npos) << text;
+}
+
+TEST_F(CreateLayerFile, ExponentialHierarchyIsWalkedOncePerStructure)
+{
+    RecordReader bomb;
+    ASSERT_TRUE(bomb.Load(Bomb()));
+    ASSERT_TRUE(bomb.Build());
+    QString path = itsDir.filePath("bomb.lay");
+    int made = InChild([&]() { return SGdsLayerFile().Create(bomb.List(), "B60", {}, SString(path)) ? 0 : 1; },
+                       SmallMachine());
+    EXPECT_EQ(made, 0) << "-1: ended by a limit";
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll().toStdString(), Line(1, 0, 1) + Line(2, 3, 2) + Line(7, 1, 7));
+}
+
+TEST(LayerFileBomb, TranslationMakesTheLayerFileThenRefusesTheSizeInTheProgramsWords)
+{
+    GdsRun run;
+    run.Write("bomb.gds", Bomb());
+    RunResult result = RunLimited(run, {"bomb.gds"}, SmallMachine());
+    EXPECT_TRUE(result.finished) << "ended by a limit";
+    EXPECT_EQ(result.status, 1);
+    // 2 * 2^60 + 2^30 polygons.
+    EXPECT_EQ(result.out, "ERROR: Structure B60 flattens to 2305843010287435776 polygons, too large for this "
+                          "machine's memory\nConversion failed\n");
+    EXPECT_EQ(result.err, "");
+    EXPECT_NE(run.Read("bomb.lay").find("Not_defined metal_boundary 7 1 7 "), std::string::npos);
+    EXPECT_FALSE(run.Exists("bomb.vel"));
 }
 
 // Real streams: the pairs of a created layer file are those of the
