@@ -6,10 +6,14 @@
 
 SCOLLECTABLE_DEFINE(SGdsLayerMapping, SID_GDSLAYERMAPPING, &SLayerMapping::staticTypeInfo())
 
+// A LAYER of 32768 or more reads as negative. The pair is kept as read, since the
+// translation looks its polygons up by it; but no level is negative, so such a layer is
+// proposed for level 0, which every file reads back, rather than for a level tens of
+// thousands deep that the unsigned value would name.
 SGdsLayerMapping::SGdsLayerMapping(int layer, int datatype)
     : itsStreamLayer(layer), itsStreamDatatype(datatype)
 {
-    SetGeoNumber(layer);
+    SetGeoNumber(layer < 0 ? 0 : layer);
 }
 
 int SGdsLayerMapping::compareTo(const SCollectable* other) const

@@ -1,5 +1,6 @@
 // The layer file as a user meets it: -L, the file a translation makes for
-// itself when none exists, and what a full disk leaves.
+// itself when none exists, what a full disk leaves, and layer numbers that
+// read negative.
 
 #include <gtest/gtest.h>
 
@@ -10,6 +11,7 @@
 
 using gdstest::GdsRun;
 using gdstest::RunResult;
+using gdstest::StreamWriter;
 using Strings = std::vector<std::string>;
 
 namespace {
@@ -129,6 +131,25 @@ TEST(LayerFileCommandLine, FullDiskLeavesTheLayerFileWholeOrAbsent)
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.out.rfind("Unable to write the file chip.lay\n", 0), 0u) << result.out;
     EXPECT_EQ(Files(run), Strings{"chip.gds"});
+}
+
+TEST(LayerFileCommandLine, LayersThatReadNegativeGoToALevelTheFileReadsBack)
+{
+    // LAYER 0xFFFF and 0x8000 read as -1 and -32768.
+    StreamWriter s;
+    s.Begin().Bgnstr("TOP").Boundary(0xFFFF, 0xFFFE, StreamWriter::Rect(0, 0, 5, 5));
+    s.Boundary(0x8000, 0, StreamWriter::Rect(10, 0, 15, 5)).Boundary(3, 0, StreamWriter::Rect(20, 0, 25, 5));
+    s.Endstr().Endlib();
+    GdsRun run;
+    run.Write("neg.gds", s);
+    EXPECT_RUN(run.Run({"-L", "neg.gds"}), 0, "");
+    EXPECT_EQ(run.Read("neg.lay"), "Not_defined metal_boundary -32768 0 0 \"Unknown_metal\" on 0\n"
+                                   "Not_defined metal_boundary -1 -2 0 \"Unknown_metal\" on 0\n"
+                                   "Not_defined metal_boundary 3 0 3 \"Unknown_metal\" on 3\n");
+    // The translation reads it and places every shape.
+    RunResult translated = run.Run({"-v", "neg.gds"});
+    EXPECT_EQ(translated.status, 0) << translated.out;
+    EXPECT_NE(translated.out.find("Created 3 polygons in project file\n"), std::string::npos) << translated.out;
 }
 
 } // namespace
