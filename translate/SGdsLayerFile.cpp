@@ -1,7 +1,14 @@
 #include "SGdsLayerFile.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <map>
+#include <utility>
+#include <vector>
 
+#include <QHash>
+
+#include "SCircuit.h"
 #include "SGdsDebug.h"
 #include "SGdsElement.h"
 #include "SGdsStructureList.h"
@@ -70,11 +77,19 @@ bool SGdsLayerFile::Create(SGdsStructureList& structures, const SString& structu
     SOrdered elements;
     if (!structures.CollectElements(elements, structureName))
         return false;
+    // One mapping a pair, put in order at once: a stream may use a great many pairs.
+    std::vector<std::pair<int, int>> pairs;
+    pairs.reserve(elements.entries());
     for (SCollectable* item : elements) {
         const SGdsElement* element = static_cast<const SGdsElement*>(item);
-        if (!Find(element->itsLayer, element->itsDatatype))
-            AddMapping(element->itsLayer, element->itsDatatype);
+        pairs.emplace_back(element->itsLayer, element->itsDatatype);
     }
+    std::sort(pairs.begin(), pairs.end());
+    pairs.erase(std::unique(pairs.begin(), pairs.end()), pairs.end());
+    DeferInserts();
+    for (const auto& pair : pairs)
+        AddMapping(pair.first, pair.second);
+    InsertPending();
 
     size_t count = Entries();
     if (options.itsRemoveEmptyLayers) {
@@ -94,26 +109,32 @@ bool SGdsLayerFile::Create(SGdsStructureList& structures, const SString& structu
     SInitializationFile* settings = SInitializationFile::GetGlobal();
     bool withoutTechLayer = settings && settings->GetBool("Gds", "MapWithoutTechLayer", false);
     // Every technology layer of a pair gets a line of its own.
+    std::map<std::pair<int, int>, std::vector<const SLayerFileTechLayer*>> techLayers;
+    for (const SLayerFileTechLayer& layer : options.itsTechLayers) {
+        if (layer.itsStreamLayer >= 0 && layer.itsStreamDatatype >= 0)
+            techLayers[{layer.itsStreamLayer, layer.itsStreamDatatype}].push_back(&layer);
+    }
     SOrdered extra;
     for (size_t i = 0; i < count; ++i) {
         SLayerMapping* mapping = At(i);
         mapping->itsMapped = withoutTechLayer || options.itsTechLayers.empty();
         const SGdsLayerMapping* gds = static_cast<const SGdsLayerMapping*>(mapping);
-        for (const SLayerFileTechLayer& layer : options.itsTechLayers) {
-            if (layer.itsStreamLayer < 0 || layer.itsStreamDatatype < 0)
-                continue;
-            if (layer.itsStreamLayer != gds->itsStreamLayer || layer.itsStreamDatatype != gds->itsStreamDatatype)
-                continue;
+        auto found = techLayers.find({gds->itsStreamLayer, gds->itsStreamDatatype});
+        if (found == techLayers.end())
+            continue;
+        for (const SLayerFileTechLayer* layer : found->second) {
             SLayerMapping* target = mapping;
             if (!mapping->itsTechLayerName.isEmpty()) {
                 target = NewMapping(gds->itsStreamLayer, gds->itsStreamDatatype);
                 extra.append(target);
             }
-            ApplyTechLayer(*target, layer);
+            ApplyTechLayer(*target, *layer);
         }
     }
+    DeferInserts();
     for (SCollectable* item : extra)
         Insert(static_cast<SLayerMapping*>(item));
+    InsertPending();
 
     if (!Write(fileName)) {
         GdsError("%s\n", GetErrorText().data());
@@ -132,13 +153,27 @@ void SGdsLayerFile::MakeTechLayers(SXtranProject& project)
         int layerType;
     } kKinds[] = {{kPurposeMetal, STechLayer::Metal}, {kPurposeBrick, STechLayer::Brick}, {kPurposeVia, STechLayer::Via}};
     const int ground = project.GetGroundLevel();
+    // The project's layers by name in any case, the first of a name as the project's own
+    // search finds it: a search of them all for each mapping grows with the square of a
+    // large layer file.
+    QHash<QString, STechLayer*> byName;
+    auto known = [&byName](STechLayer* layer) {
+        const QString key = layer->GetName().qstring().toCaseFolded();
+        if (!byName.contains(key))
+            byName.insert(key, layer);
+    };
+    std::vector<STechLayer*> existing;
+    if (project.GetCircuit())
+        project.GetCircuit()->GetTechLayers(existing);
+    for (STechLayer* layer : existing)
+        known(layer);
     for (const auto& kind : kKinds) {
         for (SCollectable* item : itsMappings) {
             SGdsLayerMapping& mapping = *static_cast<SGdsLayerMapping*>(item);
             if (!mapping.itsMapped || mapping.itsPurpose != kind.purpose || mapping.itsTechLayerName.isEmpty() ||
                 mapping.itsTechLayerName == "<None>")
                 continue;
-            STechLayer* layer = project.FindTechLayer(mapping.itsTechLayerName, true);
+            STechLayer* layer = byName.value(mapping.itsTechLayerName.qstring().toCaseFolded(), nullptr);
             if (layer) {
                 // The project's layer wins: the mapping takes its level, kind and material.
                 layer->SetStream(mapping.itsStreamLayer);
@@ -178,6 +213,7 @@ void SGdsLayerFile::MakeTechLayers(SXtranProject& project)
                 layer = project.CreateTechLayer(kind.layerType, mapping.itsTechLayerName, from, to);
                 if (!layer)
                     continue;
+                known(layer);
                 layer->SetStream(mapping.itsStreamLayer);
                 layer->SetData(mapping.itsStreamDatatype);
                 layer->SetDXFName(SString());

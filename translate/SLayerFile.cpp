@@ -2,15 +2,133 @@
 
 #include <QTextStream>
 
+#include <algorithm>
+#include <vector>
+
 #include "SLayerMapping.h"
 #include "SOrdered.h"
 #include "SSafeSave.h"
+#include "SSortedVector.h"
 #include "SVeloraError.h"
 
 namespace {
 
 const int kUnableToOpenLayerFile = 7071;
 const int kUnableToWriteFile = 5670;
+
+// Counts by position, for the batch insert below.
+class SCountTree
+{
+public:
+    explicit SCountTree(size_t size, int initial = 0) : itsTree(size + 1, 0)
+    {
+        for (size_t i = 1; i <= size; ++i) {
+            itsTree[i] += initial;
+            size_t parent = i + (i & (~i + 1));
+            if (parent <= size)
+                itsTree[parent] += itsTree[i];
+        }
+    }
+    void Add(size_t index, int value)
+    {
+        for (size_t i = index + 1; i < itsTree.size(); i += i & (~i + 1))
+            itsTree[i] += value;
+    }
+    // The sum over [0, index).
+    size_t Before(size_t index) const
+    {
+        long long sum = 0;
+        for (size_t i = index; i > 0; i -= i & (~i + 1))
+            sum += itsTree[i];
+        return size_t(sum);
+    }
+    // The first index at which the sum from the start, that index included, reaches `count`.
+    size_t Nth(size_t count) const
+    {
+        size_t at = 0;
+        size_t step = 1;
+        while (step * 2 < itsTree.size())
+            step *= 2;
+        for (; step > 0; step /= 2) {
+            if (at + step < itsTree.size() && size_t(itsTree[at + step]) < count) {
+                at += step;
+                count -= size_t(itsTree[at]);
+            }
+        }
+        return at;
+    }
+
+private:
+    std::vector<long long> itsTree;
+};
+
+// Where SSortedVector::insert puts an element into `size` elements of which `less` sort
+// before it and `equal` the same: before whichever equal one its binary search meets first.
+size_t InsertPlace(size_t size, size_t less, size_t equal)
+{
+    long long low = 0;
+    long long high = (long long)size - 1;
+    while (equal > 0 && low <= high) {
+        long long mid = low + (high - low) / 2;
+        if (mid < (long long)less)
+            low = mid + 1;
+        else if (mid >= (long long)(less + equal))
+            high = mid - 1;
+        else
+            return size_t(mid);
+    }
+    return less;
+}
+
+// Inserts `added` into `sorted` as inserting them one by one would, in n log n rather than
+// a move of the whole vector for each. The place of an element among equal ones hangs on
+// the whole vector at its insert, and lookups return equal pairs in that order; so each
+// place is worked out from counts, and the places are then undone from the last insert
+// back to give every element its final slot.
+void InsertAll(SSortedVector& sorted, const std::vector<SCollectable*>& added)
+{
+    if (added.empty())
+        return;
+    std::vector<SCollectable*> all(sorted.begin(), sorted.end());
+    const size_t kept = all.size();
+    all.insert(all.end(), added.begin(), added.end());
+    const size_t count = all.size();
+
+    std::vector<size_t> byKey(count);
+    for (size_t i = 0; i < count; ++i)
+        byKey[i] = i;
+    std::sort(byKey.begin(), byKey.end(),
+              [&all](size_t a, size_t b) { return all[a]->compareTo(all[b]) < 0; });
+    std::vector<size_t> rank(count);
+    size_t ranks = 0;
+    for (size_t i = 0; i < count; ++i) {
+        if (i > 0 && all[byKey[i - 1]]->compareTo(all[byKey[i]]) != 0)
+            ++ranks;
+        rank[byKey[i]] = ranks;
+    }
+
+    SCountTree before(count);
+    std::vector<size_t> equal(count, 0);
+    std::vector<size_t> place(count);
+    for (size_t i = 0; i < count; ++i) {
+        // Those already in the vector stand where they are, as if appended in turn.
+        place[i] = i < kept ? i : InsertPlace(i, before.Before(rank[i]), equal[rank[i]]);
+        before.Add(rank[i], 1);
+        ++equal[rank[i]];
+    }
+
+    std::vector<SCollectable*> result(count);
+    SCountTree free(count, 1);
+    for (size_t i = count; i-- > 0;) {
+        size_t slot = free.Nth(place[i] + 1);
+        result[slot] = all[i];
+        free.Add(slot, -1);
+    }
+    SOrdered merged;
+    for (SCollectable* item : result)
+        merged.append(item);
+    sorted.copyFrom(merged);
+}
 
 } // namespace
 
@@ -23,7 +141,7 @@ SLayerFile::SLayerFile()
 
 SLayerFile::~SLayerFile()
 {
-    itsMappings.clearAndDestroy();
+    ClearMappings();
     delete itsProbe;
 }
 
@@ -48,13 +166,27 @@ SString SLayerFile::LinePrefix() const
 
 void SLayerFile::ClearMappings()
 {
+    for (SCollectable* item : itsPending)
+        delete item;
+    itsPending.clear();
     itsMappings.clearAndDestroy();
 }
 
 void SLayerFile::Insert(SLayerMapping* mapping)
 {
-    if (mapping)
+    if (!mapping)
+        return;
+    if (itsDeferInserts)
+        itsPending.push_back(mapping);
+    else
         itsMappings.insert(mapping);
+}
+
+void SLayerFile::InsertPending()
+{
+    itsDeferInserts = false;
+    InsertAll(itsMappings, itsPending);
+    itsPending.clear();
 }
 
 SLayerMapping* SLayerFile::NewMapping(int, int) const
@@ -70,10 +202,13 @@ bool SLayerFile::Read(const SString& path)
         return false;
     }
     ClearMappings();
+    // A file of many lines is put in order once at the end.
+    DeferInserts();
     bool ok = true;
     while (ok && NextLine())
         ok = ReadMapping();
     Close();
+    InsertPending();
     if (ok)
         FinishRead();
     return ok;
@@ -86,7 +221,7 @@ bool SLayerFile::ReadMapping()
         delete mapping;
         return false;
     }
-    itsMappings.insert(mapping);
+    Insert(mapping);
     return true;
 }
 
@@ -147,25 +282,21 @@ void SLayerFile::RemoveAt(size_t index)
 
 void SLayerFile::Rebuild()
 {
-    SOrdered all;
-    all.copyFrom(itsMappings);
+    std::vector<SCollectable*> all(itsMappings.begin(), itsMappings.end());
     itsMappings.clear();
-    for (SCollectable* item : all)
-        itsMappings.insert(item);
+    InsertAll(itsMappings, all);
 }
 
 bool SLayerFile::FindRange(const SLayerMapping& probe, size_t& first, size_t& last) const
 {
-    size_t at = itsMappings.index(&probe);
-    if (at == SOrdered::npos)
-        return false;
-    first = at;
-    while (first > 0 && At(first - 1)->compareTo(&probe) == 0)
-        --first;
-    last = at + 1;
-    while (last < itsMappings.entries() && At(last)->compareTo(&probe) == 0)
-        ++last;
-    return true;
+    auto before = [](const SCollectable* item, const SLayerMapping* key) { return item->compareTo(key) < 0; };
+    auto after = [](const SLayerMapping* key, const SCollectable* item) { return item->compareTo(key) > 0; };
+    auto begin = itsMappings.begin();
+    auto low = std::lower_bound(begin, itsMappings.end(), &probe, before);
+    auto high = std::upper_bound(low, itsMappings.end(), &probe, after);
+    first = size_t(low - begin);
+    last = size_t(high - begin);
+    return first < last;
 }
 
 void SLayerFile::GetByPurpose(SOrdered& list, int purpose) const
@@ -192,7 +323,7 @@ SLayerMapping* SLayerFile::Find(int layer, int datatype) const
 SLayerMapping* SLayerFile::AddMapping(int layer, int datatype)
 {
     SLayerMapping* mapping = NewMapping(layer, datatype);
-    itsMappings.insert(mapping);
+    Insert(mapping);
     return mapping;
 }
 
@@ -201,7 +332,7 @@ SLayerMapping* SLayerFile::AddMapping(int layer, int datatype, int level)
     SLayerMapping* mapping = NewMapping(layer, datatype);
     mapping->itsMaxLevel = 0;
     mapping->SetGeoNumber(level);
-    itsMappings.insert(mapping);
+    Insert(mapping);
     return mapping;
 }
 

@@ -5,6 +5,7 @@
 // kept sorted by their outside layer, so a written file is sorted too.
 
 #include <cstddef>
+#include <vector>
 
 #include "SCommentedFile.h"
 #include "SLayerMapping.h"
@@ -55,8 +56,12 @@ public:
     virtual void GetMapped(SOrdered& list) const;
 
     // Takes ownership and puts the mapping in its place; it must be of the kind
-    // this file makes.
+    // this file makes. While a batch is open it waits for InsertPending.
     void Insert(SLayerMapping* mapping);
+    // Opens a batch: inserts wait until InsertPending puts them all in place at once, in
+    // the order that inserting them one by one would give.
+    void DeferInserts() { itsDeferInserts = true; }
+    void InsertPending();
     void ClearMappings();
     // Owned SLayerMapping objects, sorted.
     const SSortedVector& GetAll() const { return itsMappings; }
@@ -78,6 +83,9 @@ protected:
     const SLayerMapping& Probe(int layer, int datatype) const;
 
     SSortedVector itsMappings;
+    // Inserted during a batch, in the order they came, owned.
+    std::vector<SCollectable*> itsPending;
+    bool itsDeferInserts = false;
     SString itsErrorText;
     mutable SLayerMapping* itsProbe = nullptr;
 };

@@ -7,12 +7,14 @@
 #include <QTemporaryDir>
 
 #include <algorithm>
+#include <random>
 #include <string>
 #include <vector>
 
 #include "SErrorMessages.h"
 #include "SGdsLayerFile.h"
 #include "SOrdered.h"
+#include "SSortedVector.h"
 
 namespace {
 
@@ -210,4 +212,57 @@ TEST_F(LayerFile, VeryLongLinesEndInAResult)
     EXPECT_EQ(Read(tokens + "\n"), Path() + ":1: Invalid purpose string (\"1\")");
     ASSERT_EQ(Read("q metal_boundary 1 0 1 \"" + std::string(100000, ' ') + "\"\n"), "");
     EXPECT_EQ(Only()->itsMapName, SString("Unknown"));
+}
+
+TEST_F(LayerFile, ManyLinesOfAPairKeepTheOrderOfInsertingThemOneByOne)
+{
+    // Among equal pairs the sorted vector puts each insert before whichever equal one its
+    // search meets first; a file read in one go must give the lookups that same order.
+    std::mt19937 random(7);
+    auto names = [](const std::vector<SCollectable*>& list) {
+        std::string text;
+        for (SCollectable* item : list)
+            text += std::string(static_cast<SLayerMapping*>(item)->itsName.data()) + " ";
+        return text;
+    };
+    for (int round = 0; round < 30; ++round) {
+        const int lines = 1 + int(random() % 300);
+        const int layers = 1 + int(random() % 5);
+        std::string text;
+        SSortedVector oneByOne;
+        for (int i = 0; i < lines; ++i) {
+            int layer = int(random() % layers);
+            int datatype = int(random() % 2);
+            text += "n" + std::to_string(i) + " via " + std::to_string(layer) + " " + std::to_string(datatype) + " 2 M\n";
+            auto* mapping = new SGdsLayerMapping(layer, datatype);
+            mapping->itsName = SString::format("n%d", i);
+            oneByOne.insert(mapping);
+        }
+        ASSERT_EQ(Read(text), "");
+        std::vector<SCollectable*> expected(oneByOne.begin(), oneByOne.end());
+        EXPECT_EQ(names(std::vector<SCollectable*>(file.GetAll().begin(), file.GetAll().end())), names(expected));
+        for (int layer = 0; layer < layers; ++layer) {
+            SOrdered found;
+            file.GetMappings(found, layer, 1);
+            std::vector<SCollectable*> run;
+            for (SCollectable* item : expected) {
+                if (static_cast<SGdsLayerMapping*>(item)->itsStreamLayer == layer &&
+                    static_cast<SGdsLayerMapping*>(item)->itsStreamDatatype == 1)
+                    run.push_back(item);
+            }
+            EXPECT_EQ(names(std::vector<SCollectable*>(found.begin(), found.end())), names(run));
+        }
+        oneByOne.clearAndDestroy();
+
+        // Keys changed in place and sorted anew: as if each were inserted again in turn.
+        for (size_t i = 0; i < file.Entries(); ++i)
+            static_cast<SGdsLayerMapping*>(file.At(i))->itsStreamDatatype = 0;
+        SSortedVector again;
+        for (SCollectable* item : file.GetAll())
+            again.insert(item);
+        file.Rebuild();
+        EXPECT_EQ(names(std::vector<SCollectable*>(file.GetAll().begin(), file.GetAll().end())),
+                  names(std::vector<SCollectable*>(again.begin(), again.end())));
+        again.clear();
+    }
 }
