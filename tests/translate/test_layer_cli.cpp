@@ -152,4 +152,18 @@ TEST(LayerFileCommandLine, LayersThatReadNegativeGoToALevelTheFileReadsBack)
     EXPECT_NE(translated.out.find("Created 3 polygons in project file\n"), std::string::npos) << translated.out;
 }
 
+TEST(LayerFileCommandLine, AFailedCreationSaysOnlyWhy)
+{
+    GdsRun run;
+    CopyExample(run);
+    EXPECT_RUN(run.Run({"-p", "nothing", "chip.gds"}), 1,
+               "Could not find structure \"nothing\" the GDSII file\nConversion failed\n");
+    StreamWriter s;
+    s.Begin().Bgnstr("A").Sref("B", 0, 0).Endstr().Bgnstr("B").Sref("A", 0, 0).Endstr().Endlib();
+    run.Write("loop.gds", s);
+    EXPECT_RUN(run.Run({"-p", "A", "loop.gds"}), 1,
+               "GDSII file contains a circular reference for structure = B\nConversion failed\n");
+    EXPECT_EQ(Files(run), (Strings{"chip.gds", "loop.gds"}));
+}
+
 } // namespace
