@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <new>
-#include <system_error>
 #include <sys/mman.h>
 
 namespace {
@@ -11,18 +10,19 @@ namespace {
 const size_t kFirstChunk = size_t(256) << 10;
 const size_t kLargestChunk = size_t(8) << 20;
 const size_t kHugePage = size_t(2) << 20;
+// The helper only maps and touches memory.
+const size_t kHelperStack = size_t(64) << 10;
 
-unsigned char* MapChunk(size_t capacity)
+// Null when there is no memory.
+unsigned char* NewChunk(size_t capacity) noexcept
 {
     if (capacity < kHugePage) {
         void* block = mmap(nullptr, capacity, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-        if (block == MAP_FAILED)
-            throw std::bad_alloc();
-        return static_cast<unsigned char*>(block);
+        return block == MAP_FAILED ? nullptr : static_cast<unsigned char*>(block);
     }
     void* block = mmap(nullptr, capacity + kHugePage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (block == MAP_FAILED)
-        throw std::bad_alloc();
+        return nullptr;
     uintptr_t start = reinterpret_cast<uintptr_t>(block);
     uintptr_t aligned = (start + kHugePage - 1) & ~uintptr_t(kHugePage - 1);
     if (aligned > start)
@@ -34,11 +34,32 @@ unsigned char* MapChunk(size_t capacity)
     return reinterpret_cast<unsigned char*>(aligned);
 }
 
-// Faults the pages of a fresh chunk in, so that its first use finds them present.
-unsigned char* PopulatedChunk(size_t capacity)
+void FreeChunk(unsigned char* data, size_t capacity)
 {
-    unsigned char* data = MapChunk(capacity);
-    if (madvise(data, capacity, MADV_POPULATE_WRITE) != 0) {
+    munmap(data, capacity);
+}
+
+// As operator new does: the failure handler may free memory and return, or end the process.
+unsigned char* NewChunkOrFail(size_t capacity)
+{
+    for (;;) {
+        if (unsigned char* data = NewChunk(capacity))
+            return data;
+        std::new_handler handler = std::get_new_handler();
+        if (!handler)
+            throw std::bad_alloc();
+        handler();
+    }
+}
+
+// The helper thread: maps a chunk and faults its pages in, so that its first use finds
+// them present. Allocating or throwing here would take the process down when memory runs
+// out, so a failure is only the null result and the owner maps for itself.
+void* PopulatedChunk(void* capacityWord) noexcept
+{
+    size_t capacity = reinterpret_cast<uintptr_t>(capacityWord);
+    unsigned char* data = NewChunk(capacity);
+    if (data && madvise(data, capacity, MADV_POPULATE_WRITE) != 0) {
         for (size_t offset = 0; offset < capacity; offset += 4096)
             static_cast<volatile unsigned char*>(data)[offset] = 0;
     }
@@ -49,23 +70,30 @@ unsigned char* PopulatedChunk(size_t capacity)
 
 unsigned char* SGdsArena::TakeSpare(size_t capacity)
 {
-    if (!itsSpare.valid())
+    if (!itsHelperRunning)
         return nullptr;
-    unsigned char* data = itsSpare.get();
-    if (itsSpareCapacity >= capacity)
+    void* result = nullptr;
+    pthread_join(itsHelper, &result);
+    itsHelperRunning = false;
+    unsigned char* data = static_cast<unsigned char*>(result);
+    if (!data || itsSpareCapacity >= capacity)
         return data;
-    munmap(data, itsSpareCapacity);
+    FreeChunk(data, itsSpareCapacity);
     return nullptr;
 }
 
 void SGdsArena::PrepareSpare(size_t capacity)
 {
-    try {
-        itsSpare = std::async(std::launch::async, PopulatedChunk, capacity);
+    pthread_attr_t attributes;
+    if (pthread_attr_init(&attributes) != 0)
+        return;
+    pthread_attr_setstacksize(&attributes, kHelperStack);
+    // No thread to be had: chunks are mapped as they are needed.
+    if (pthread_create(&itsHelper, &attributes, PopulatedChunk, reinterpret_cast<void*>(uintptr_t(capacity))) == 0) {
+        itsHelperRunning = true;
         itsSpareCapacity = capacity;
-    } catch (const std::system_error&) {
-        // No thread to be had: chunks are mapped as they are needed.
     }
+    pthread_attr_destroy(&attributes);
 }
 
 void* SGdsArena::Reserve(size_t bytes)
@@ -77,11 +105,14 @@ void* SGdsArena::Reserve(size_t bytes)
             capacity = kLargestChunk;
         while (capacity < bytes)
             capacity *= 2;
+        // Room for the entry first, so that a failure after the chunk is had can't lose it.
+        if (itsChunks.size() == itsChunks.capacity())
+            itsChunks.reserve(itsChunks.size() * 2 + 8);
         unsigned char* data = TakeSpare(capacity);
         if (data)
             capacity = itsSpareCapacity;
         else
-            data = MapChunk(capacity);
+            data = NewChunkOrFail(capacity);
         itsChunks.push_back(Chunk{data, 0, capacity});
         if (capacity >= kHugePage)
             PrepareSpare(capacity * 2 < kLargestChunk ? capacity * 2 : kLargestChunk);
@@ -92,16 +123,11 @@ void* SGdsArena::Reserve(size_t bytes)
 
 void SGdsArena::Release()
 {
-    if (itsSpare.valid()) {
-        try {
-            munmap(itsSpare.get(), itsSpareCapacity);
-        } catch (const std::bad_alloc&) {
-            // The helper could not map it: nothing to give back.
-        }
-    }
+    if (unsigned char* spare = TakeSpare(0))
+        FreeChunk(spare, itsSpareCapacity);
     for (Chunk& chunk : itsChunks)
         if (chunk.data)
-            munmap(chunk.data, chunk.capacity);
+            FreeChunk(chunk.data, chunk.capacity);
     itsChunks.clear();
 }
 
@@ -110,7 +136,7 @@ void SGdsArena::ReleaseChunk(size_t index)
     Chunk& chunk = itsChunks[index];
     if (!chunk.data)
         return;
-    munmap(chunk.data, chunk.capacity);
+    FreeChunk(chunk.data, chunk.capacity);
     chunk.data = nullptr;
     chunk.used = chunk.capacity;
 }

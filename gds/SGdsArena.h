@@ -2,7 +2,7 @@
 #define SGDSARENA_H
 
 #include <cstddef>
-#include <future>
+#include <pthread.h>
 #include <utility>
 #include <vector>
 
@@ -11,6 +11,8 @@
 // Chunks are aligned to huge pages and marked for them, because every first
 // touch of a small page costs a fault: a million-element stream would take
 // tens of thousands of them.
+// When no memory is to be had, the process's allocation failure handler is called as
+// operator new would call it; without one, std::bad_alloc is thrown.
 class SGdsArena
 {
 public:
@@ -36,7 +38,8 @@ public:
     void Swap(SGdsArena& other)
     {
         itsChunks.swap(other.itsChunks);
-        std::swap(itsSpare, other.itsSpare);
+        std::swap(itsHelper, other.itsHelper);
+        std::swap(itsHelperRunning, other.itsHelperRunning);
         std::swap(itsSpareCapacity, other.itsSpareCapacity);
     }
 
@@ -49,15 +52,17 @@ public:
     const std::vector<Chunk>& GetChunks() const { return itsChunks; }
 
 private:
-    // The spare chunk when it holds at least `capacity` bytes, else null (and it is gone).
+    // The spare chunk when the helper made one of at least `capacity` bytes, else null.
     unsigned char* TakeSpare(size_t capacity);
     void PrepareSpare(size_t capacity);
 
     std::vector<Chunk> itsChunks;
     // Once an arena grows large, the chunk after the one being filled is mapped and its
     // pages faulted in by a helper thread meanwhile: the first touch of fresh memory is
-    // much of the cost of a large stream, and a second core can take it.
-    std::future<unsigned char*> itsSpare;
+    // much of the cost of a large stream, and a second core can take it. The helper only
+    // maps; it neither allocates nor throws, and hands back null when the mapping fails.
+    pthread_t itsHelper{};
+    bool itsHelperRunning = false;
     size_t itsSpareCapacity = 0;
 };
 
