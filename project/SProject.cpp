@@ -296,10 +296,8 @@ bool SProject::Read(int checkDataDirectory) {
   if (itsErrors.Count() > 0 && IsFileNewer() && !itsErrors.Contains(7049))
     itsErrors.AddErrorAtFront(SProjectErrorManager::Warning, -1, 7049, "Project");
   // The solver description of a second-solver level belongs to the analysis engine.
-  if (itsTemplateRead) {
-    itsFileName = SVeloraFileName();
-    itsErrors.SetFileName(itsFileName);
-  }
+  // The messages keep the name: their lines count in the file that was read.
+  if (itsTemplateRead) itsFileName = SVeloraFileName();
   return ok;
 }
 

@@ -64,7 +64,10 @@ SString SProjectErrorManager::ErrorText() const {
   }
   for (const SCollectable* item : itsEntries) {
     const SProjectErrorEntry* entry = static_cast<const SProjectErrorEntry*>(item);
-    if (entry->itsLine >= 0)
+    // "file:line:" lets the user (and an editor) go straight to the line.
+    if (entry->itsLine >= 0 && !itsFileName.isEmpty())
+      out += SString::format("%s:%d: %s", itsFileName.data(), entry->itsLine, entry->itsText.data());
+    else if (entry->itsLine >= 0)
       out += SString::format("Line %d: %s", entry->itsLine, entry->itsText.data());
     else
       out += entry->itsText;

@@ -24,7 +24,8 @@ public:
   // text the message alone.
   void AddPrefixedError(int severity, int line, int prefixId, int messageId, ...);
 
-  // "Filename: <name>" and one "Line %d: %s" (or the text alone) per entry.
+  // "Filename: <name>" and one "<name>:<line>: <text>" per entry ("Line <line>: <text>" when
+  // no file is named, the text alone when the entry has no line).
   SString ErrorText() const;
   // ErrorText inside the error or warning heading.
   SString TitledText() const;
@@ -41,6 +42,7 @@ public:
   bool Contains(int messageId) const;
   const SOrdered& Entries() const { return itsEntries; }
 
+  // The file that line numbers count in, as the user named it.
   void SetFileName(const SFileName& name) { itsFileName = name; }
   const SFileName& GetFileName() const { return itsFileName; }
   void SetTitleId(int id) { itsTitleId = id; }

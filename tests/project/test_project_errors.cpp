@@ -216,6 +216,35 @@ TEST_F(ProjectTest, ValidateNeedsControlAndAGeometryOrNetwork) {
   ExpectEntry(missingPart, 0, {7213, 3, -1});
 }
 
+// Found when a user was told "Line 6: ..." of a project read for an update and could not
+// tell which file was meant.
+TEST_F(ProjectTest, ReadErrorsNameTheFileAndTheLine) {
+  const std::string text =
+      "FTYP VELPROJ 17\nGEO\nBOX 1 10 10 20 20 20 0\n 1 1 1 0 0 0 0\n 1 1 1 0 0 0 0\nBOGUS\nNUM 0\nEND GEO\n";
+  const SString path = Path("broken.vel");
+  WriteFile(path, text);
+  // Read as a translation reads the project it updates: as a template, not bound to the file.
+  SProject update;
+  update.SetProjectType(SProject::SecondSolverProject);
+  update.SetTemplateRead(true);
+  update.SetFileName(path);
+  EXPECT_FALSE(update.Read(0));
+  EXPECT_TRUE(update.GetFileName().isEmpty());
+  const std::string told = update.GetErrors().ErrorText().data();
+  EXPECT_TRUE(Contains(told, "Filename: " + std::string(path.data()) + "\n")) << told;
+  EXPECT_TRUE(Contains(told, std::string(path.data()) + ":6: Unknown keyword in the geometry block.\n")) << told;
+
+  // Text in memory has no file to name.
+  QString copy = QString::fromStdString(text);
+  QTextStream stream(&copy);
+  SCommentedFile file(&stream);
+  file.NextLine();
+  SProject memory;
+  memory.SetProjectType(SProject::SecondSolverProject);
+  EXPECT_FALSE(memory.ReadStream(file, 0));
+  EXPECT_TRUE(Contains(memory.GetErrors().ErrorText().data(), "Line 6: Unknown keyword in the geometry block.\n"));
+}
+
 TEST_F(ProjectTest, ErrorManagerCollectsAndReports) {
   SProjectErrorManager errors;
   EXPECT_EQ(errors.ErrorText(), SString("No errors.\n"));
@@ -227,8 +256,8 @@ TEST_F(ProjectTest, ErrorManagerCollectsAndReports) {
   EXPECT_EQ(errors.ErrorText(),
             SString("Filename: a.vel\n"
                     "This Project file was written by a newer program; some content may be lost.\n"
-                    "Line 4: Unknown unit LNG XX.\n"
-                    "Line 9: Project\nUnknown dimension keyword ZZ.\n"));
+                    "a.vel:4: Unknown unit LNG XX.\n"
+                    "a.vel:9: Project\nUnknown dimension keyword ZZ.\n"));
   errors.ClearLines();
   EXPECT_EQ(errors.Entry(1)->itsLine, -1);
   errors.Report();

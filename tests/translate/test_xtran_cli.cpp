@@ -426,6 +426,23 @@ TEST(Translation, AFailedTranslationLeavesTheOldProjectAlone)
     EXPECT_EQ(Files(run), (QStringList{"bad.vel", "chip.gds", "chip.lay", "chip.vel"}));
 }
 
+// Found when a broken project read for an update was reported as "Line 6: ..." with no
+// word of the file.
+TEST(Translation, AProjectReadErrorNamesTheFileAsTypedAndItsLine)
+{
+    GdsRun run;
+    run.Write("chip.lay", kLayers);
+    run.Write("chip.gds", Stream({{1, 0, 0, 0, 100, 100}}));
+    ASSERT_TRUE(QDir(run.Dir()).mkpath("old"));
+    run.Write("old/bad.vel", "FTYP VELPROJ 17\nGEO\nBOX 1 10 10 20 20 20 0\n 1 1 1 0 0 0 0\n 1 1 1 0 0 0 0\n"
+                             "BOGUS\nNUM 0\nEND GEO\n");
+    RunResult result = run.Run({"-g", "-i", "old/bad.vel", "-l", "chip.lay", "chip.gds"});
+    EXPECT_TRUE(result.finished);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_NE(result.err.find("old/bad.vel:6: Unknown keyword in the geometry block.\n"), std::string::npos)
+        << result.err;
+}
+
 TEST(Translation, SavingCleansWhatEarlierAnalysesLeft)
 {
     GdsRun run;
