@@ -490,7 +490,10 @@ bool SCircuit::ReadBody(SFile& file, SProjectErrorManager& errors, int version) 
         if (file.PeekToken(keyword) && SFileBlock::Match(keyword, "END")) break;
       }
     }
-    if (!file.NextLine()) break;
+    if (!file.NextLine()) {
+      itsCutShort = true;
+      break;
+    }
   }
   // A file without LORGN has its origin at the top left corner of the box read.
   if (!originRead) itsLocalOrigin->SetPosition(SPoint(0.0, itsCircuitSize.height()));
@@ -504,9 +507,12 @@ bool SCircuit::ReadBody(SFile& file, SProjectErrorManager& errors, int version) 
 }
 
 bool SCircuit::ReadPolygons(SFile& file, SProjectErrorManager& errors, long long count) {
+  itsPolygonsAnnounced = count;
+  itsPolygonsFound = 0;
   itsPolygonsById.reserve(static_cast<int>(std::min<long long>(count, 1 << 20)));
   SString token, second;
-  for (long long i = 0; i < count; ++i) {
+  long long i = 0;
+  for (; i < count; ++i) {
     if (!file.NextLine()) break;
     file.PeekToken(token);
     SEnclosure* shape = nullptr;
@@ -516,7 +522,10 @@ bool SCircuit::ReadPolygons(SFile& file, SProjectErrorManager& errors, long long
       // More polygons promised than there are: the block's END ends the loop.
       SString line;
       file.GetLine(line);
-      if (line.stripped().upper() == "END GEO" || line.upper().startsWith("END GEO")) return true;
+      if (line.stripped().upper() == "END GEO" || line.upper().startsWith("END GEO")) {
+        itsPolygonsFound = i;
+        return true;
+      }
       return ReadFault(errors, file, 6180);
     }
     const SString upper = token.upper();
@@ -562,6 +571,7 @@ bool SCircuit::ReadPolygons(SFile& file, SProjectErrorManager& errors, long long
     NoteId(shape->GetId());
     if (shape->isA() != SID_BRICKPOLYGON) itsPolygonsById.insert(shape->GetId(), static_cast<SMetalPolygon*>(shape));
   }
+  itsPolygonsFound = std::min(i, count);
   return true;
 }
 

@@ -151,6 +151,11 @@ public:
   bool IsAbbreviated() const { return itsAbbreviated; }
   void SetAbbreviated(bool on) { itsAbbreviated = on; }
   bool IsEndReached() const { return itsEndReached; }
+  // The polygons NUM announced and those the file held before it ended (or the block did).
+  long long GetPolygonsAnnounced() const { return itsPolygonsAnnounced; }
+  long long GetPolygonsFound() const { return itsPolygonsFound; }
+  // True when the body ran into the end of the file instead of an END line.
+  bool IsCutShort() const { return itsCutShort; }
 
   // Lets each level order its polygons before a write.
   void PrepareForSave();
@@ -211,6 +216,9 @@ private:
   SMarker* itsLocalOrigin = nullptr;
   bool itsAbbreviated = false;
   bool itsEndReached = false;
+  bool itsCutShort = false;
+  long long itsPolygonsAnnounced = 0;
+  long long itsPolygonsFound = 0;
   SString itsOldVersion;
   SString itsOldDate;
   QHash<long long, SMetalPolygon*> itsPolygonsById;

@@ -13,6 +13,19 @@ SGeometryBlock::SGeometryBlock(SProject* owner) : SFileBlock(owner, "GEO") {}
 
 SGeometryBlock::~SGeometryBlock() {}
 
+bool SGeometryBlock::Read(SFile& file, SProjectErrorManager& errors) {
+  if (!SFileBlock::Read(file, errors)) return false;
+  if (itsCircuit && itsCircuit->IsCutShort()) {
+    const long long announced = itsCircuit->GetPolygonsAnnounced();
+    const long long found = itsCircuit->GetPolygonsFound();
+    if (found < announced)
+      errors.AddError(SProjectErrorManager::Warning, LineOf(file), 6188, found, announced);
+    else
+      errors.AddError(SProjectErrorManager::Warning, LineOf(file), 6189);
+  }
+  return true;
+}
+
 bool SGeometryBlock::ReadFirstLine(SFile& file) {
   SString token;
   itsLabel = file.GetToken(token) ? token : SString("GEO");

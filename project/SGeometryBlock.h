@@ -14,6 +14,9 @@ public:
   explicit SGeometryBlock(SProject* owner = nullptr);
   ~SGeometryBlock() override;
 
+  // The frame's read; a body that runs into the end of the file is told as a warning, since
+  // such a file was most likely cut short and has lost polygons or blocks.
+  bool Read(SFile& file, SProjectErrorManager& errors) override;
   bool ReadFirstLine(SFile& file) override;
   bool ReadBody(SFile& file, SProjectErrorManager& errors) override;
   void WriteBody(SProjectStream& out) override;

@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <initializer_list>
 #include <map>
 #include <memory>
@@ -441,6 +442,37 @@ TEST(Translation, AProjectReadErrorNamesTheFileAsTypedAndItsLine)
     EXPECT_EQ(result.status, 1);
     EXPECT_NE(result.err.find("old/bad.vel:6: Unknown keyword in the geometry block.\n"), std::string::npos)
         << result.err;
+}
+
+// Found when -q updated a project cut after two of its three polygons, and the third went
+// without a word.
+TEST(Translation, KeepingTheDrawingOfACutProjectWarnsWhereItEnds)
+{
+    GdsRun run;
+    run.Write("chip.lay", kLayers);
+    run.Write("first.gds", Stream({{1, 0, 0, 0, 10, 10}, {1, 0, 20, 0, 30, 10}, {2, 0, 0, 20, 10, 30}}));
+    ASSERT_EQ(run.Run({"-o", "chip.vel", "-l", "chip.lay", "first.gds"}).status, 0);
+    const std::string text = run.Read("chip.vel");
+    size_t end = text.find("\nNUM 3\n");
+    ASSERT_NE(end, std::string::npos) << text;
+    for (int polygon = 0; polygon < 2; ++polygon)
+        end = text.find("\nEND\n", end + 1);
+    ASSERT_NE(end, std::string::npos) << text;
+    const std::string cut = text.substr(0, end + 5);
+    run.Write("cut.vel", cut);
+    const long lastLine = std::count(cut.begin(), cut.end(), '\n');
+
+    run.Write("second.gds", Stream({{1, 0, 50, 50, 60, 60}}));
+    RunResult result = run.Run({"-q", "-i", "cut.vel", "-o", "q.vel", "-l", "chip.lay", "second.gds"});
+    EXPECT_TRUE(result.finished);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_NE(result.err.find("Warning"), std::string::npos) << result.err;
+    EXPECT_NE(result.err.find("cut.vel:" + std::to_string(lastLine) +
+                              ": The file ends inside the GEO block: 2 of the 3 polygons that NUM announced were "
+                              "read. The project file may have been cut short.\n"),
+              std::string::npos)
+        << result.err;
+    EXPECT_EQ(ReadBack(run, "q.vel").polygons.size(), 3u);
 }
 
 TEST(Translation, SavingCleansWhatEarlierAnalysesLeft)
