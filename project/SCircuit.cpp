@@ -14,7 +14,9 @@
 #include "SVeloraError.h"
 #include "SNumberFormat.h"
 #include "SProject.h"
+#include "SPolygonScanner.h"
 #include "SProjectErrorManager.h"
+#include "SProjectFile.h"
 #include "SProjectStream.h"
 #include "STechLayer.h"
 #include "SVeloraDirectoryInstance.h"
@@ -26,6 +28,8 @@
 
 #include <QDir>
 #include <QFileInfo>
+
+#include <memory>
 
 SCOLLECTABLE_DEFINE(SCircuit, SID_CIRCUIT, &SEnclosure::staticTypeInfo())
 
@@ -509,10 +513,33 @@ bool SCircuit::ReadBody(SFile& file, SProjectErrorManager& errors, int version) 
 bool SCircuit::ReadPolygons(SFile& file, SProjectErrorManager& errors, long long count) {
   itsPolygonsAnnounced = count;
   itsPolygonsFound = 0;
-  itsPolygonsById.reserve(static_cast<int>(std::min<long long>(count, 1 << 20)));
+  std::unique_ptr<SPolygonScanner> scanner;
+  if (itsDropDrawing) scanner.reset(new SPolygonScanner(*this));
+  if (scanner && !scanner->CanPassOver()) scanner.reset();
+  SProjectFile* raw = scanner ? dynamic_cast<SProjectFile*>(&file) : nullptr;
+  if (!scanner) itsPolygonsById.reserve(static_cast<int>(std::min<long long>(count, 1 << 20)));
+  // Finding where the token reader stands costs some thousand lines' worth of work: after
+  // a short raw run the next waits for ever more polygons read through the tokens.
+  long long pause = 0, nextPause = 256;
   SString token, second;
   long long i = 0;
   for (; i < count; ++i) {
+    if (raw != nullptr && pause == 0) {
+      long long highest = -1;
+      const long long passed = scanner->PassOver(*raw, count - i, highest);
+      if (passed < 0) return ReadFault(errors, file, 7041);
+      if (highest >= 0) NoteId(highest);
+      i += passed;
+      if (passed >= 1024) {
+        nextPause = 256;
+      } else {
+        pause = nextPause;
+        nextPause = std::min<long long>(nextPause * 2, 1 << 16);
+      }
+      if (i >= count) break;
+    } else if (pause > 0) {
+      --pause;
+    }
     if (!file.NextLine()) break;
     file.PeekToken(token);
     SEnclosure* shape = nullptr;
@@ -567,8 +594,12 @@ bool SCircuit::ReadPolygons(SFile& file, SProjectErrorManager& errors, long long
       errors.AddPrefixedError(SProjectErrorManager::Error, lineNumber, 6002, 6059);
       return false;
     }
-    owner->AddChild(shape);
     NoteId(shape->GetId());
+    if (scanner && scanner->MayDrop(*shape)) {
+      delete shape;
+      continue;
+    }
+    owner->AddChild(shape);
     if (shape->isA() != SID_BRICKPOLYGON) itsPolygonsById.insert(shape->GetId(), static_cast<SMetalPolygon*>(shape));
   }
   itsPolygonsFound = std::min(i, count);

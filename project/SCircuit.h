@@ -151,6 +151,9 @@ public:
   bool IsAbbreviated() const { return itsAbbreviated; }
   void SetAbbreviated(bool on) { itsAbbreviated = on; }
   bool IsEndReached() const { return itsEndReached; }
+  // A read for an update that replaces the drawing: polygons that nothing refers to are
+  // passed over instead of built, and dropped with the rest of the drawing afterwards.
+  void SetDropDrawing(bool on) { itsDropDrawing = on; }
   // The polygons NUM announced and those the file held before it ended (or the block did).
   long long GetPolygonsAnnounced() const { return itsPolygonsAnnounced; }
   long long GetPolygonsFound() const { return itsPolygonsFound; }
@@ -216,6 +219,7 @@ private:
   SMarker* itsLocalOrigin = nullptr;
   bool itsAbbreviated = false;
   bool itsEndReached = false;
+  bool itsDropDrawing = false;
   bool itsCutShort = false;
   long long itsPolygonsAnnounced = 0;
   long long itsPolygonsFound = 0;

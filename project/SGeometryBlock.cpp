@@ -36,6 +36,7 @@ bool SGeometryBlock::ReadFirstLine(SFile& file) {
 bool SGeometryBlock::ReadBody(SFile& file, SProjectErrorManager& errors) {
   itsCircuit.reset(new SCircuit(itsOwner));
   itsCircuit->SetAbbreviated(itsAbbreviated);
+  itsCircuit->SetDropDrawing(itsDropDrawing);
   const int version = itsOwner != nullptr ? itsOwner->GetFileVersion() : 0;
   if (!itsCircuit->ReadBody(file, errors, version)) {
     errors.AddError(SProjectErrorManager::Error, LineOf(file), 5602, "Failed to read Geometry");

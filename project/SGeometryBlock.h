@@ -31,6 +31,8 @@ public:
   // circuit must not be written back.
   void SetAbbreviated(bool on) { itsAbbreviated = on; }
   bool IsAbbreviated() const { return itsAbbreviated; }
+  // The next read passes over the polygons nothing refers to (SCircuit::SetDropDrawing).
+  void SetDropDrawing(bool on) { itsDropDrawing = on; }
 
   SCircuit* GetCircuit() const { return itsCircuit.get(); }
   // Takes a circuit that was built elsewhere.
@@ -41,6 +43,7 @@ private:
   std::unique_ptr<SCircuit> itsCircuit;
   SString itsLabel = "GEO";
   bool itsAbbreviated = false;
+  bool itsDropDrawing = false;
 };
 
 #endif

@@ -15,6 +15,7 @@
 #include "SOptimizationBlock.h"
 #include "SParameterBlock.h"
 #include "SProjectClassID.h"
+#include "SProjectFile.h"
 #include "SProjectFormat.h"
 #include "SQsgBlock.h"
 #include "SResponseBlock.h"
@@ -285,8 +286,7 @@ bool SProject::Read(int checkDataDirectory) {
   if (itsLoaded) return true;
   itsErrors.Clear();
   itsErrors.SetFileName(itsFileName);
-  SCommentedFile file;
-  file.SetCommentEscape("<");
+  SProjectFile file;
   if (!QFileInfo(itsFileName.qstring()).isFile() || !file.Open(itsFileName) || !file.NextLine()) {
     itsErrors.AddError(SProjectErrorManager::Error, -1, 7041);
     VeloraTrace(3, TRACE_GENERAL, "SProject::Read() Failed to open Filename: %s", itsFileName.data());

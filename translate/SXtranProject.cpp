@@ -105,7 +105,9 @@ bool SXtranProject::ReadProject(const SString& path)
     SetProjectType(SecondSolverProject);
     SetTemplateRead(true);
     SetFileName(path);
+    GetGeometryBlock()->SetDropDrawing(itsDropDrawing);
     bool ok = Read(0);
+    GetGeometryBlock()->SetDropDrawing(false);
     itsIsNew = false;
     itsNewPolygons.clear();
     if (!ok) {
@@ -125,7 +127,12 @@ bool SXtranProject::ReadProject(const SString& path)
     itsCellsX = itsCircuit->GetNumCellsX();
     itsCellsY = itsCircuit->GetNumCellsY();
     itsBoxSize = itsCircuit->GetBoxSize();
-    return true;
+    if (!itsDropDrawing)
+        return true;
+    itsCircuit->SetDropDrawing(false);
+    // What the read built of the drawing (polygons that others refer to, with ports and
+    // dimensions) goes the way the whole drawing goes otherwise.
+    return RemoveDimensions() && RemovePolygons() && ReleaseReferencePlanes();
 }
 
 bool SXtranProject::Save(const SString& path)

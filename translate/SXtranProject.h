@@ -58,6 +58,10 @@ public:
     virtual bool ReadProject(const SString& path);
     // Writes through a temporary file, so a failure leaves an existing file as it was.
     virtual bool Save(const SString& path);
+    // For -g and -i: ReadProject drops the drawing as it reads (polygons that nothing refers
+    // to are never built) and leaves the project as RemoveDimensions, RemovePolygons and
+    // ReleaseReferencePlanes leave it. The project written in the end is the same.
+    void SetDropDrawing(bool on) { itsDropDrawing = on; }
 
     // Sizes the box round the polygons (only this run's with `newOnly`) and moves them
     // into it. 1 when a given rectangle was unusable and the normal size was taken.
@@ -177,6 +181,7 @@ private:
 
     SCircuit* itsCircuit = nullptr;
     bool itsIsNew = true;
+    bool itsDropDrawing = false;
     int itsCellsX = 32;
     int itsCellsY = 32;
     SSize itsBoxSize;
