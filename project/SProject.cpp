@@ -525,12 +525,16 @@ bool SProject::Save(const SString& path) {
     itsErrors.AddError(SProjectErrorManager::Error, -1, 7048, "", "the project has no file name");
     return false;
   }
+  // What a save reports concerns its target.
+  itsErrors.SetFileName(target);
   // The text goes to the temporary file as it is made: a large layout isn't held twice.
   SSafeSave save(target);
-  // Only a file that stood there is "unchanged"; a save to a new name says so otherwise.
-  auto fail = [this, &save, &target](const SString& reason) {
+  // Only a file that stood there is "unchanged"; a save to a new name or over a directory
+  // says so otherwise.
+  const bool hadFile = QFileInfo(target.qstring()).isFile();
+  auto fail = [this, &save, &target, hadFile](const SString& reason) {
     save.Abort();
-    itsErrors.AddError(SProjectErrorManager::Error, -1, save.HadOld() ? 7046 : 7048, target.data(), reason.data());
+    itsErrors.AddError(SProjectErrorManager::Error, -1, hadFile ? 7046 : 7048, target.data(), reason.data());
     return false;
   };
   if (!save.Begin()) return fail(save.GetErrorText());

@@ -1,7 +1,12 @@
 #include "SXtranProject.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
+#include <cstring>
+#include <unistd.h>
+
+#include <QFileInfo>
 
 #include "SBrickPolygon.h"
 #include "SBrickType.h"
@@ -79,6 +84,39 @@ SString LengthKeyword(const SString& name)
     return SString();
 }
 
+// Why nothing can be saved at `target`, or empty: what the user can act on, found before any
+// text is made. `hadFile` tells whether a file stands there, which a failure leaves alone.
+SString UnwritableReason(const SString& target, bool& hadFile)
+{
+    QFileInfo info(target.qstring());
+    // The save replaces the file a link points to, in that file's directory.
+    if (info.isSymLink())
+        info = QFileInfo(info.symLinkTarget());
+    hadFile = info.exists() && !info.isDir();
+    if (info.isDir())
+        return "it is a directory";
+    const QString path = info.path();
+    const SString directory = path == QLatin1String(".") ? SString("the current directory")
+                                                         : SString("the directory ") + SString(path);
+    const QFileInfo folder(path);
+    if (!folder.exists())
+        return directory + " does not exist";
+    if (!folder.isDir())
+        return SString(path) + " is not a directory";
+    const auto refused = [](const SString& what) {
+        const int error = errno;
+        if (error == EACCES || error == EPERM)
+            return what + " is write-protected";
+        return what + " cannot be written (" + std::strerror(error) + ")";
+    };
+    if (hadFile && ::access(info.filePath().toUtf8().constData(), W_OK) != 0)
+        return refused("the file");
+    // A new file, or the temporary one that replaces the old, is made in the directory.
+    if (::access(path.toUtf8().constData(), W_OK | X_OK) != 0)
+        return refused(directory);
+    return SString();
+}
+
 } // namespace
 
 SXtranProject::SXtranProject() = default;
@@ -137,6 +175,14 @@ bool SXtranProject::ReadProject(const SString& path)
 
 bool SXtranProject::Save(const SString& path)
 {
+    const SString target = path.isEmpty() ? SString(GetFileName()) : path;
+    bool hadFile = false;
+    const SString reason = target.isEmpty() ? SString() : UnwritableReason(target, hadFile);
+    if (!reason.isEmpty()) {
+        GetErrors().SetFileName(target);
+        GetErrors().AddError(SProjectErrorManager::Error, -1, hadFile ? 7046 : 7048, target.data(), reason.data());
+        return false;
+    }
     SetWriteOrder(0);
     if (itsCircuit)
         itsCircuit->PrepareForSave();

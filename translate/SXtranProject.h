@@ -56,7 +56,9 @@ public:
     virtual bool ReleaseReferencePlanes();
     // Reads a project in the translator's mode: the file serves as a template only.
     virtual bool ReadProject(const SString& path);
-    // Writes through a temporary file, so a failure leaves an existing file as it was.
+    // Checks that the target can be written, then writes through a temporary file, so a
+    // failure leaves an existing file as it was. False, with the reason among the errors,
+    // when nothing was saved.
     virtual bool Save(const SString& path);
     // For -g and -i: ReadProject drops the drawing as it reads (polygons that nothing refers
     // to are never built) and leaves the project as RemoveDimensions, RemovePolygons and

@@ -83,11 +83,13 @@ TEST_F(ProjectTest, AFailedSaveLeavesTheOldProjectIntact) {
   ASSERT_TRUE(ReadText(project, kOldProject, "chip.vel"));
   project.GetControlBlock()->itsSpeed = 2;
 
-  // The file can't take the new text's place: the target is a directory.
+  // The file can't take the new text's place: the target is a directory, which is no
+  // previous file either.
   const SString folder = Path("folder.vel");
   ASSERT_TRUE(QDir().mkpath((folder + "/inside").qstring()));
   EXPECT_FALSE(project.Save(folder));
-  EXPECT_TRUE(project.GetErrors().Contains(7046));
+  EXPECT_TRUE(project.GetErrors().Contains(7048));
+  EXPECT_FALSE(Contains(project.GetErrors().ErrorText().data(), "previous file"));
   EXPECT_TRUE(QFileInfo((folder + "/inside").qstring()).isDir());
   EXPECT_TRUE(Leftovers(itsDir.path()).isEmpty());
   EXPECT_EQ(FileText(path), kOldProject);

@@ -1,15 +1,19 @@
-// The project a translation starts from: -g and -i drop the old drawing while they read
-// it, -q keeps it and is told when the file was cut short.
+// The project a translation starts from and the one it saves: -g and -i drop the old
+// drawing while they read it, -q keeps it and is told when the file was cut short, and a
+// target that can't be written is named before anything is made.
 
 #include <gtest/gtest.h>
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include <algorithm>
 #include <string>
+#include <unistd.h>
 
 #include "SCircuit.h"
 #include "SErrorMessages.h"
@@ -283,6 +287,71 @@ TEST_F(UpdatedProject, AProjectCutShortInsideItsDrawingIsToldWithTheFileAndLine)
     ASSERT_TRUE(whole.ReadProject(Path("whole.vel")));
     EXPECT_EQ(whole.GetCircuit()->CountPolygons(), 5);
     EXPECT_EQ(gReports, "");
+}
+
+// Found when a project could not be saved into a missing directory and the run said
+// nothing a user could act on.
+TEST_F(UpdatedProject, ATargetThatCannotBeWrittenIsNamedAndNothingIsSaved)
+{
+    SXtranProject project;
+    project.InitNew();
+    auto failure = [&project](const SString& target) {
+        project.GetErrors().Clear();
+        EXPECT_FALSE(project.Save(target)) << target.data();
+        return std::string(project.GetErrors().ErrorText().data());
+    };
+    ASSERT_TRUE(QDir(itsDir.path()).mkdir("folder.vel"));
+    Write("plain.txt", "not a directory\n");
+
+    EXPECT_NE(failure(Path("folder.vel")).find("it is a directory. No file was written."), std::string::npos);
+    EXPECT_NE(failure(Path("missing/chip.vel"))
+                  .find("the directory " + std::string(Path("missing").data()) + " does not exist. No file was written."),
+              std::string::npos);
+    EXPECT_NE(failure(Path("plain.txt/chip.vel")).find(std::string(Path("plain.txt").data()) + " is not a directory."),
+              std::string::npos);
+    EXPECT_EQ(QDir(itsDir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+              (QStringList{"folder.vel", "plain.txt"}));
+    EXPECT_TRUE(project.Save(Path("chip.vel")));
+}
+
+TEST_F(UpdatedProject, AWriteProtectedTargetIsNamedAndLeftAsItWas)
+{
+    if (::geteuid() == 0) {
+        // Root may write any file: the test runs again as nobody, where that can be done.
+        const QString setpriv = QStandardPaths::findExecutable("setpriv");
+        if (setpriv.isEmpty())
+            GTEST_SKIP() << "root may write any file, and there is no setpriv";
+        QProcess child;
+        child.setProcessChannelMode(QProcess::MergedChannels);
+        child.start(setpriv, {"--reuid=65534", "--regid=65534", "--clear-groups",
+                              QFileInfo("/proc/self/exe").canonicalFilePath(),
+                              "--gtest_filter=UpdatedProject.AWriteProtectedTargetIsNamedAndLeftAsItWas"});
+        ASSERT_TRUE(child.waitForFinished(60000));
+        const QByteArray output = child.readAll();
+        // 126 and 127: nobody may not run the test program from where it lies.
+        if (child.exitCode() == 126 || child.exitCode() == 127)
+            GTEST_SKIP() << output.toStdString();
+        EXPECT_EQ(child.exitCode(), 0) << output.toStdString();
+        EXPECT_TRUE(output.contains("[  PASSED  ] 1 test")) << output.toStdString();
+        return;
+    }
+    SXtranProject project;
+    project.InitNew();
+    Write("locked.vel", "old\n");
+    ASSERT_TRUE(QFile::setPermissions(Path("locked.vel").qstring(), QFileDevice::ReadOwner));
+    EXPECT_FALSE(project.Save(Path("locked.vel")));
+    EXPECT_NE(std::string(project.GetErrors().ErrorText().data())
+                  .find("the file is write-protected. The previous file is unchanged."),
+              std::string::npos);
+    EXPECT_EQ(Text("locked.vel"), "old\n");
+
+    ASSERT_TRUE(QDir(itsDir.path()).mkdir("shut"));
+    ASSERT_TRUE(QFile::setPermissions(Path("shut").qstring(), QFileDevice::ReadOwner | QFileDevice::ExeOwner));
+    project.GetErrors().Clear();
+    EXPECT_FALSE(project.Save(Path("shut/chip.vel")));
+    EXPECT_NE(std::string(project.GetErrors().ErrorText().data()).find(" is write-protected. No file was written."),
+              std::string::npos);
+    QFile::setPermissions(Path("shut").qstring(), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
 }
 
 } // namespace
