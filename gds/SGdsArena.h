@@ -8,9 +8,10 @@
 
 // Memory handed out in order from large chunks and released all at once, or chunk by
 // chunk by a user that knows what lies where.
-// Chunks are aligned to huge pages and marked for them, because every first
-// touch of a small page costs a fault: a million-element stream would take
-// tens of thousands of them.
+// Small chunks come from the heap, so that a small stream costs no system calls. Large
+// ones are aligned to huge pages and marked for them, because every first touch of a
+// small page costs a fault: a million-element stream would take tens of thousands of
+// them.
 // When no memory is to be had, the process's allocation failure handler is called as
 // operator new would call it; without one, std::bad_alloc is thrown.
 class SGdsArena
