@@ -7,6 +7,8 @@
 #include "SProjectClassID.h"
 #include "SProjectErrorManager.h"
 
+#include <string>
+
 SCOLLECTABLE_DEFINE(SGeometryBlock, SID_GEOMETRYBLOCK, &SFileBlock::staticTypeInfo())
 
 SGeometryBlock::SGeometryBlock(SProject* owner) : SFileBlock(owner, "GEO") {}
@@ -19,7 +21,8 @@ bool SGeometryBlock::Read(SFile& file, SProjectErrorManager& errors) {
     const long long announced = itsCircuit->GetPolygonsAnnounced();
     const long long found = itsCircuit->GetPolygonsFound();
     if (found < announced)
-      errors.AddError(SProjectErrorManager::Warning, LineOf(file), 6188, found, announced);
+      errors.AddError(SProjectErrorManager::Warning, LineOf(file), 6188, std::to_string(found).c_str(),
+                      std::to_string(announced).c_str());
     else
       errors.AddError(SProjectErrorManager::Warning, LineOf(file), 6189);
   }
