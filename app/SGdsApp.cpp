@@ -302,6 +302,8 @@ bool SGdsApp::CreateProject()
             printf("Reading project file %s\n", itsInputProjectName.data());
             fflush(stdout);
         }
+        // Under -g the drawing goes anyway: a read that passes over it keeps large projects fast.
+        itsProject->SetDropDrawing(itsOptions.itsReplaceGeometry);
         if (!ReadInputProject(*itsProject, itsInputProjectName))
             return false;
         if (itsOptions.itsReplaceGeometry) {
