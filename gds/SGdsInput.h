@@ -37,6 +37,7 @@ private:
 
     int itsFd = -1;
     unsigned char* itsBuffer = nullptr;
+    size_t itsSize = 0;
     size_t itsCursor = 0;
     size_t itsFill = 0;
     bool itsEof = false;
