@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -26,9 +27,30 @@ const char* const kLayers = "M1 metal_boundary 1 0 0 \"Gold\"\n"
                             "S substrate 9 0 0 \"Box\"\n"
                             "W metal_boundary 10 0 1 \"Gold\"\n";
 
+// The message files and the trace belong to the installation, the same for every input:
+// the process reads them once, as a run of the program does.
+class FuzzApp : public SGdsApp
+{
+public:
+    bool LoadStringFiles() override
+    {
+        static const bool loaded = SGdsApp::LoadStringFiles();
+        return loaded;
+    }
+    void CreateTrace() override
+    {
+        static bool made = false;
+        if (!made)
+            SGdsApp::CreateTrace();
+        made = true;
+    }
+};
+
+// The layer file and the project live in memory when the machine has a tmpfs: every input
+// writes a project, with the save's flush to disk, and reads it back.
 struct Workspace
 {
-    QTemporaryDir dir;
+    std::unique_ptr<QTemporaryDir> fallback;
     std::string layers;
     std::string project;
 };
@@ -44,8 +66,13 @@ Workspace& Space()
     if (!made) {
         made = true;
         SVeloraDirectoryInstance::CreateGlobal(GDS_STAGE_DIR "/bin/x86_64/gds");
-        space.layers = space.dir.filePath("fuzz.lay").toStdString();
-        space.project = space.dir.filePath("fuzz.vel").toStdString();
+        QString directory = QString::fromStdString(FuzzDirectory());
+        if (directory.isEmpty()) {
+            space.fallback.reset(new QTemporaryDir);
+            directory = space.fallback->path();
+        }
+        space.layers = QDir(directory).filePath("fuzz.lay").toStdString();
+        space.project = QDir(directory).filePath("fuzz.vel").toStdString();
         QFile file(QString::fromStdString(space.layers));
         if (file.open(QIODevice::WriteOnly))
             file.write(kLayers);
@@ -76,7 +103,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
             argv.push_back(&word[0]);
         argv.push_back(nullptr);
         try {
-            SGdsApp app;
+            FuzzApp app;
             app.Run(int(argv.size()) - 1, argv.data());
         } catch (int) {
             // A fatal program error.
