@@ -331,6 +331,9 @@ TEST_F(UpdatedProject, AWriteProtectedTargetIsNamedAndLeftAsItWas)
         // 126 and 127: nobody may not run the test program from where it lies.
         if (child.exitCode() == 126 || child.exitCode() == 127)
             GTEST_SKIP() << output.toStdString();
+        // Nor read the message texts, in a checkout only its owner may enter.
+        if (output.contains("Unable to open error data file"))
+            GTEST_SKIP() << output.toStdString();
         EXPECT_EQ(child.exitCode(), 0) << output.toStdString();
         EXPECT_TRUE(output.contains("[  PASSED  ] 1 test")) << output.toStdString();
         return;
