@@ -124,8 +124,7 @@ bool SValueVar::SetEquation(const SString& text, SString* errorText, bool report
 }
 
 bool SValueVar::IsDependent() const {
-  // Without a compiled form only the frequency word can be told apart; any name that isn't
-  // a number counts as a reference.
+  // Until equations are compiled every equation counts as dependent.
   return HasEquation();
 }
 

@@ -126,14 +126,16 @@ void SVariableSpecification::Add(SVariablePair* pair) {
   }
 }
 
-bool SVariableSpecification::ParseLine(const SString& line) {
+bool SVariableSpecification::ParseLine(const SString& line) { return ParseLineInto(line) != nullptr; }
+
+SVariablePair* SVariableSpecification::ParseLineInto(const SString& line) {
   const int equals = line.index("=");
-  if (equals < 0) return false;
+  if (equals < 0) return nullptr;
   QString name = line.left(equals).qstring().trimmed();
   while (name.startsWith(QLatin1Char('"'))) name.remove(0, 1);
   while (name.endsWith(QLatin1Char('"'))) name.chop(1);
   name = name.trimmed();
-  if (name.isEmpty()) return false;
+  if (name.isEmpty()) return nullptr;
   QString value = line.mid(equals + 1).qstring().trimmed();
   bool inUse = true;
   if (value.endsWith(QLatin1String(" true"))) {
@@ -142,9 +144,10 @@ bool SVariableSpecification::ParseLine(const SString& line) {
     value.chop(6);
     inUse = false;
   }
+  SVariablePair* pair = FindOrAppend(SString(name), inUse);
   // Held, not compiled: the names it refers to may come later in the file.
-  FindOrAppend(SString(name), inUse)->Value().SetFromText(SString(value.trimmed()), true);
-  return true;
+  pair->Value().SetFromText(SString(value.trimmed()), true);
+  return pair;
 }
 
 bool SVariableSpecification::ReadSection(SFile& file, const SString& stopKeyword) {
@@ -170,34 +173,34 @@ SVariableSpecification::LineResult SVariableSpecification::ReadLine(SFile& file,
   SString first;
   if (!file.PeekToken(first)) return LineNotInList;
   const SString& line = file.CurrentLine();
+  SVariablePair* pair = nullptr;
   if (IsKeyword(first, line, "VALVAR")) {
     file.NextToken();
     SString name;
-    auto* pair = new SVariablePair();
-    if (!SValvarLine::Read(file, name, pair->Value(), project, errors)) {
-      delete pair;
+    auto* read = new SVariablePair();
+    if (!SValvarLine::Read(file, name, read->Value(), project, errors)) {
+      delete read;
       // The entry is left out and the list goes on.
       return LineTaken;
     }
-    pair->SetName(name);
-    pair->SetValvarForm(true);
-    pair->UpdateKinds();
-    Add(pair);
+    read->SetName(name);
+    read->SetValvarForm(true);
+    read->UpdateKinds();
+    Add(read);
+    pair = read;
   } else if (IsKeyword(first, line, "VCNSTR")) {
     if (Count() == 0) return LineNotInList;
     file.NextToken();
     const auto result = SValvarLine::ReadConstraint(file, [this](const SString& name) -> SValueVarDouble* {
-      SVariablePair* pair = Find(name);
-      return pair ? &pair->Value() : nullptr;
+      SVariablePair* found = Find(name);
+      return found ? &found->Value() : nullptr;
     });
     if (result == SValvarLine::ConstraintUnknownKind) return LineNotInList;
-  } else if (!ParseLine(line)) {
-    return LineNotInList;
+  } else {
+    pair = ParseLineInto(line);
+    if (!pair) return LineNotInList;
   }
-  for (SCollectable* item : itsPairs) {
-    auto* pair = static_cast<SVariablePair*>(item);
-    if (!pair->Value().GetProject()) pair->Value().SetProject(project);
-  }
+  if (pair) pair->Value().SetProject(project);
   return LineTaken;
 }
 

@@ -88,6 +88,8 @@ public:
 
 private:
   void CopyFrom(const SVariableSpecification& other);
+  // ParseLine, giving the pair it set.
+  SVariablePair* ParseLineInto(const SString& line);
   SVariablePair* FindOrAppend(const SString& name, bool inUse);
 
   unsigned char itsPartialCopy = 0;
