@@ -93,6 +93,7 @@ bool SValvarLine::Read(SFile& file, SString& name, SValueVarDouble& value, const
   int unitKind = SValueVar::NoUnit;
   if (!ReadHead(file, name, unitKind, errors)) return false;
   value.SetUnitKind(unitKind);
+  value.SetLine(SFileBlock::LineOf(file));
   ReadValue(file, value, project, errors);
   return true;
 }

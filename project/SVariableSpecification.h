@@ -71,10 +71,10 @@ public:
   void Write(SProjectStream& out, const SString& prefix, bool withFlag, bool useValvar) const;
   static void WritePair(SProjectStream& out, const SVariablePair& pair, const SString& prefix, bool withFlag,
                         bool useValvar);
-  // Items "<name>=<value>" (8 significant digits). Modes 0, 1: joined by blanks; 6, 7: by
-  // line feeds; 8: by ", ". Modes 1, 7, 8 take only pairs in use. Modes 2 to 5: the pairs
-  // of second kind 0 (values in the project's frequency unit), a line feed, the others;
-  // the first list only in use in modes 4, 5, the second in modes 3, 5.
+  // Items "<name>=<value>" (8 significant digits, an equation as its text). Modes 0, 1:
+  // joined by blanks; 6, 7: by line feeds; 8: by ", ". Modes 1, 7, 8 take only pairs in use.
+  // Modes 2 to 5: the pairs of second kind 0 (with the project's frequency unit), a line
+  // feed, the others; the first list only in use in modes 4, 5, the second in modes 3, 5.
   SString GetListText(int mode) const;
   // One ParseLine per line.
   bool FromText(const SString& text);

@@ -367,6 +367,17 @@ TEST(SpecificationTest, AddFindRemoveAndParse) {
             "VALVAR A NONE 3 \"\"\nVALVAR B NONE \"A*2\" \"\"\nVALVAR \"C D\" NONE 4 \"\"\n");
 }
 
+TEST(SpecificationTest, ASectionEndsAtItsKeyword) {
+  TextFile file("PARAMS\nA = 1\n\"B C\" = A+1 false\nEND\nD = 4\n");
+  file.File().NextLine();
+  SVariableSpecification list;
+  ASSERT_TRUE(list.ReadSection(file.File(), "END"));
+  EXPECT_EQ(list.GetListText(6), SString("A=1\nB C=A+1"));
+  SString stop;
+  ASSERT_TRUE(file.File().PeekToken(stop));
+  EXPECT_EQ(stop, SString("END"));
+}
+
 TEST(SpecificationTest, ListTextsByMode) {
   SVariableSpecification list;
   ASSERT_TRUE(list.FromText("A = 1.234567891\nB = 2 false\nC = 3"));
