@@ -25,6 +25,7 @@ void SCalculation::SetArguments(const QStringList& names) {
 }
 
 void SCalculation::SetArguments(const SOrdered& arguments) {
+  if (&arguments == &itsArguments) return;
   ClearArguments();
   for (SCollectable* argument : arguments) AddArgument(static_cast<SEqnArgumentImp*>(argument));
 }

@@ -30,29 +30,25 @@ bool SVarCalculation::Compile(const SString& text, SString& errorText) {
   itsEquation.SetEquation(text);
   itsEquation.SetArguments(QStringList() << "FREQ");
   AddArgument(new SVarFreqArgImplimentation(itsOwner));
-  if (!itsEquation.Compile(true, true)) {
-    itsErrorText = "Bad Equation: " + itsEquation.GetErrorText();
-    errorText = itsErrorText;
+  // A failed compile keeps no bindings, so no source counts it among its users.
+  auto failure = [&](const SString& words) {
+    ClearArguments();
+    itsVariableNames.clear();
+    itsEquation.SetEquation(text);
+    itsErrorText = words;
+    errorText = words;
     return false;
-  }
+  };
+  if (!itsEquation.Compile(true, true)) return failure("Bad Equation: " + itsEquation.GetErrorText());
   for (const QString& name : itsEquation.GetUnresolvedNames()) {
     SVarSource* source = itsOwner ? itsOwner->FindVariableSource(SString(name)) : nullptr;
-    if (!source) {
-      itsErrorText = "Bad Argument (" + SString(name) + ") in equation " + text;
-      errorText = itsErrorText;
-      ClearArguments();
-      itsEquation.SetEquation(text);
-      return false;
-    }
+    if (!source) return failure("Bad Argument (" + SString(name) + ") in equation " + text);
     AddArgument(new SVarArgImplimentation(SString(name), source));
     itsEquation.AddArgument(SString(name));
     itsVariableNames << name;
   }
-  if (!itsEquation.CheckStack(false)) {
-    itsErrorText = "Bad Equation: " + itsEquation.GetErrorText();
-    errorText = itsErrorText;
-    return false;
-  }
+  if (!itsEquation.CheckStack(false)) return failure("Bad Equation: " + itsEquation.GetErrorText());
+  itsErrorText.clear();
   return true;
 }
 
