@@ -3,6 +3,7 @@
 
 #include "SBlockDictionary.h"
 #include "SCollectable.h"
+#include "SEqnOwner.h"
 #include "SProjectErrorManager.h"
 #include "SProjectFileMapping.h"
 #include "SProjectStream.h"
@@ -34,8 +35,9 @@ class SVariableSweepBlock;
 
 // A project file in memory: its eighteen named blocks, the file it came from, the format
 // version read, and the messages of the last read or check. Blocks are made together on
-// first use; only those that hold data ("present") are written.
-class SProject : public SCollectable {
+// first use; only those that hold data ("present") are written. Equations of the project's
+// values are compiled against it (SEqnOwner).
+class SProject : public SCollectable, public SEqnOwner {
   SCOLLECTABLE_DECLARE(SProject)
 public:
   enum ProjectType {

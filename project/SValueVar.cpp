@@ -7,6 +7,7 @@
 #include "SNumberFormat.h"
 #include "SProject.h"
 #include "SProjectStream.h"
+#include "SVarCalculation.h"
 #include "SVeloraError.h"
 
 #include <cmath>
@@ -51,6 +52,7 @@ int SValueVar::UnitKindOf(const SString& keyword) {
 int SValueVar::UnitFamily(int kind) { return kind >= 0 && kind < UnitKindCount ? kUnitFamilies[kind] : -1; }
 
 void SValueVar::CopyFields(const SValueVar& other) {
+  itsCalculation.reset(other.itsCalculation ? static_cast<SVarCalculation*>(other.itsCalculation->Clone()) : nullptr);
   itsName = other.itsName;
   itsProject = other.itsProject;
   itsUnitKind = other.itsUnitKind;
@@ -79,6 +81,7 @@ SString SValueVar::GetUnitListName() const {
 }
 
 void SValueVar::ClearEquation() {
+  itsCalculation.reset();
   itsEquation.clear();
   itsHeldText.clear();
   itsFileNames.clear();
@@ -91,18 +94,22 @@ void SValueVar::HoldEquation(const SString& text) {
 }
 
 bool SValueVar::CompileEquation(const SString& text, SString& errorText) {
-  // Equations are carried as text until the expression library compiles them.
-  if (text.stripped().isEmpty()) {
-    errorText = "The equation is empty";
-    return false;
-  }
+  auto calculation = std::make_unique<SVarCalculation>(itsProject);
+  if (!calculation->Compile(text, errorText)) return false;
+  itsCalculation = std::move(calculation);
   itsEquation = text;
   return true;
 }
 
-bool SValueVar::EvaluateEquation(double, double&, SString& errorText) const {
-  errorText = "The equation can't be worked out: " + GetEquation();
-  return false;
+bool SValueVar::EvaluateEquation(double frequency, double& result, SString& errorText) const {
+  if (!itsCalculation) {
+    errorText = "The equation isn't compiled: " + GetEquation();
+    return false;
+  }
+  std::complex<double> value;
+  if (!itsCalculation->Evaluate(frequency, value, errorText)) return false;
+  result = value.real();
+  return true;
 }
 
 bool SValueVar::SetEquation(const SString& text, SString* errorText, bool report) {
@@ -110,22 +117,24 @@ bool SValueVar::SetEquation(const SString& text, SString* errorText, bool report
     HoldEquation(text);
     return true;
   }
-  const SString oldEquation = itsEquation;
   SString reason;
   if (!CompileEquation(text, reason)) {
-    itsEquation = oldEquation;
     if (report) VeloraErrorReport(5602, 5760, reason.data());
     if (errorText) *errorText = reason;
     return false;
   }
   itsHeldText.clear();
-  itsFileNames = QuotedPieces(itsEquation);
+  itsFileNames = itsCalculation->GetFileNames();
   return true;
 }
 
 bool SValueVar::IsDependent() const {
-  // Until equations are compiled every equation counts as dependent.
-  return HasEquation();
+  if (itsCalculation) return !itsCalculation->IsConstant();
+  if (itsHeldText.isEmpty()) return false;
+  // Held text compiles without an owner only when it names no variable.
+  SVarCalculation probe;
+  SString reason;
+  return !probe.Compile(itsHeldText, reason) || !probe.IsConstant();
 }
 
 SVariableConstraints* SValueVar::Constraints(const SString& kind) {
@@ -172,10 +181,8 @@ void SValueVar::SetFromText(const SString& text, bool defer) {
   SString body = text.stripped();
   if (body.startsWith("=")) body.remove(0, 1);
   if (body.isEmpty()) return;
-  if (defer)
-    HoldEquation(body);
-  else
-    SetEquation(body);
+  // Text that doesn't compile is held rather than lost.
+  if (defer || !SetEquation(body)) HoldEquation(body);
 }
 
 namespace {
@@ -275,10 +282,8 @@ void SValueVarDouble::SetFromText(const SString& text, bool defer) {
     itsValue = 0.0;
   else if (IsNumeric(body, value))
     itsValue = value;
-  else if (defer)
+  else if (defer || !SetEquation(body))
     HoldEquation(body);
-  else
-    SetEquation(body);
 }
 
 SString SValueVarDouble::GetListText(bool truncate, int width, int precision, bool asInteger) const {

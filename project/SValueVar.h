@@ -2,9 +2,11 @@
 #define SVALUEVAR_H
 
 #include "SEnclosure.h"
+#include "SVarCalculation.h"
 #include "SVariableConstraints.h"
 
 #include <QStringList>
+#include <memory>
 
 class SFile;
 class SProject;
@@ -82,6 +84,8 @@ public:
   void HoldEquation(const SString& text);
   // True for an equation that refers to variables or to the frequency.
   bool IsDependent() const;
+  // The compiled equation, null for a plain number or held text.
+  SVarCalculation* GetCalculation() const { return itsCalculation.get(); }
   // The files an equation names (TABLE1, TABLE2), absolute.
   const QStringList& GetFileNames() const { return itsFileNames; }
 
@@ -128,12 +132,13 @@ protected:
   void ClearEquation();
   // The one place where equation text is compiled; false with the reason in `errorText`.
   bool CompileEquation(const SString& text, SString& errorText);
-  // Works the equation out into `result`; false with the reason.
+  // Works the equation out into `result` (its real part); false with the reason.
   virtual bool EvaluateEquation(double frequency, double& result, SString& errorText) const;
 
   SString itsName;
   SProject* itsProject = nullptr;
   int itsUnitKind = NoUnit;
+  std::unique_ptr<SVarCalculation> itsCalculation;
   // The compiled equation's text; empty for a plain number.
   SString itsEquation;
   SString itsHeldText;

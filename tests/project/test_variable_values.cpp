@@ -62,7 +62,9 @@ TEST(ValueTextTest, TextsBecomeNumbersOrEquations) {
     EXPECT_EQ(value.HasEquation(), c.equation) << c.text;
     // Without a project an equation is only held.
     EXPECT_EQ(value.IsHeld(), c.equation) << c.text;
-    if (!c.equation) EXPECT_DOUBLE_EQ(value.GetValue(), c.number) << c.text;
+    if (!c.equation) {
+      EXPECT_DOUBLE_EQ(value.GetValue(), c.number) << c.text;
+    }
     EXPECT_EQ(value.GetText(), SString(c.shown)) << c.text;
   }
 }
@@ -103,6 +105,62 @@ TEST(ValueTextTest, ScalingTouchesOnlyNumbersOfTheKind) {
   EXPECT_DOUBLE_EQ(length.GetValue(), 2.0);
   length.SetWithScale(SValueVar::Length, 10.0);
   EXPECT_DOUBLE_EQ(length.GetValue(), 20.0);
+}
+
+TEST_F(ProjectTest, EquationsCompileAgainstTheProjectAndOtherwiseWait) {
+  SProject project;
+  SValueVarDouble value;
+  value.SetFromText("2*3");
+  EXPECT_TRUE(value.IsHeld());
+  EXPECT_EQ(value.GetCalculation(), nullptr);
+  value.SetProject(&project);
+  ASSERT_TRUE(value.CompileHeldText());
+  ASSERT_NE(value.GetCalculation(), nullptr);
+  EXPECT_FALSE(value.IsDependent());
+  SString reason;
+  ASSERT_TRUE(value.Evaluate(reason)) << reason.data();
+  EXPECT_DOUBLE_EQ(value.GetValue(), 6.0);
+
+  // A failed compile keeps the old equation and says why.
+  EXPECT_FALSE(value.SetEquation("1+", &reason));
+  EXPECT_FALSE(reason.isEmpty());
+  EXPECT_EQ(value.GetEquation(), SString("2*3"));
+
+  // Text naming a variable the project can't give is held, not lost.
+  value.SetFromText("W*2");
+  EXPECT_TRUE(value.IsHeld());
+  EXPECT_EQ(value.GetText(), SString("W*2"));
+
+  // Scaling works an equation out and scales the number.
+  SValueVarDouble length;
+  length.SetProject(&project);
+  length.SetUnitKind(SValueVar::Length);
+  length.SetFromText("1.5*2");
+  length.SetWithScale(SValueVar::Length, 10.0);
+  EXPECT_FALSE(length.HasEquation());
+  EXPECT_DOUBLE_EQ(length.GetValue(), 30.0);
+
+  // Copies carry their own compiled equation.
+  SValueVarDouble copy;
+  copy.SetProject(&project);
+  copy.SetFromText("4/2");
+  SValueVarDouble second(copy);
+  copy.SetNumber(1.0);
+  ASSERT_NE(second.GetCalculation(), nullptr);
+  ASSERT_TRUE(second.Evaluate(reason));
+  EXPECT_DOUBLE_EQ(second.GetValue(), 2.0);
+}
+
+TEST(ValueTextTest, DependenceOfHeldAndCompiledEquations) {
+  const std::pair<const char*, bool> cases[] = {
+      {"2+3", false}, {"freq*2", true}, {"W+1", true}, {"1.5", false}, {"sqrt(4)", false}};
+  for (const auto& c : cases) {
+    SValueVarDouble value;
+    value.SetFromText(c.first);
+    EXPECT_EQ(value.IsDependent(), c.second) << c.first;
+    SVariableSpecification list;
+    EXPECT_EQ(list.Add("P", c.first)->itsFirstKind, c.second ? 2 : 3) << c.first;
+  }
 }
 
 TEST(UnitKeywordTest, KeywordsReadInAnyCaseAndUnlsIsNone) {
