@@ -6,6 +6,7 @@
 #include "SFileBlock.h"
 #include "SGeoClassID.h"
 #include "SGeoObjectIO.h"
+#include "SGeoVar.h"
 #include "SLevel.h"
 #include "SMarker.h"
 #include "SMaterialTypeData.h"
@@ -19,16 +20,21 @@
 #include "SProjectFile.h"
 #include "SProjectStream.h"
 #include "STechLayer.h"
+#include "SValvarLine.h"
+#include "SVariable.h"
 #include "SVeloraDirectoryInstance.h"
 #include "SVeloraTrace.h"
 #include "SViaPolygon.h"
 
 #include <QFile>
+#include <QSet>
 #include <QTextStream>
 
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
+#include <functional>
 #include <memory>
 
 SCOLLECTABLE_DEFINE(SCircuit, SID_CIRCUIT, &SEnclosure::staticTypeInfo())
@@ -324,8 +330,7 @@ void SCircuit::WriteBody(SProjectStream& out, int format) {
   }
   if (format >= 15) SGeoObjectIO::WriteTechLayers(out, *this, format);
   if (format >= 2) {
-    for (const QString& line : itsVariableLines) out << SString(line) << '\n';
-    SGeoObjectIO::WriteDimensions(out, *this, format);
+    WriteVariablesAndDimensions(out, format);
   }
   if (format >= 11 && itsLocalOrigin != nullptr) itsLocalOrigin->Write(out, feet);
   std::vector<std::pair<long long, SEnclosure*>> owners;
@@ -432,10 +437,24 @@ bool SCircuit::ReadLine(SFile& file, SProjectErrorManager& errors, const SString
     itsLocalOrigin->Read(file, errors, FileLengthFactor());
   } else if (M::Match(keyword, "DIM")) {
     return SGeoObjectIO::ReadDimension(file, *this, errors);
-  } else if (M::Match(keyword, "GEOVAR") || M::Match(keyword, "VALVAR") || M::Match(keyword, "VCNSTR")) {
-    SString text;
-    file.GetLine(text);
-    itsVariableLines << text.qstring();
+  } else if (M::Match(keyword, "GEOVAR")) {
+    std::unique_ptr<SGeoVar> geoVar(new SGeoVar);
+    if (!geoVar->Read(file, errors)) return false;
+    AddChild(geoVar.release());
+  } else if (M::Match(keyword, "VALVAR")) {
+    SString name;
+    int unitKind = SValueVar::NoUnit;
+    const long long line = file.LineCount();
+    if (!SValvarLine::ReadHead(file, name, unitKind, errors)) return false;
+    SVariable* variable = FindOrMakeVariable(name);
+    variable->SetLine(line);
+    variable->Value().SetUnitKind(unitKind);
+    SValvarLine::ReadValue(file, variable->Value(), itsProject, errors);
+  } else if (M::Match(keyword, "VCNSTR")) {
+    SValvarLine::ReadConstraint(file, [this](const SString& name) -> SValueVarDouble* {
+      SVariable* variable = FindVariable(name);
+      return variable != nullptr ? &variable->Value() : nullptr;
+    });
   } else if (M::Match(keyword, "CUPGRP")) {
     return SGeoObjectIO::ReadCoupledGroup(file, *this, errors);
   } else if (M::Match(keyword, "NUM")) {
@@ -504,6 +523,7 @@ bool SCircuit::ReadBody(SFile& file, SProjectErrorManager& errors, int version) 
   if (GetNumberOfLevels() < 2) return ReadFault(errors, file, 6008, 6114);
   if (!BindMaterials(errors)) return false;
   if (!SGeoObjectIO::ResolveReferences(*this, errors, itsAbbreviated)) return false;
+  if (!BindGeoVars(errors)) return false;
   itsPolygonsById.clear();
   if (!SMaterialTypeIO::ResolveCovers(*this, errors)) return false;
   SortTypes();
@@ -638,4 +658,189 @@ bool SCircuit::BindMaterials(SProjectErrorManager& errors) {
     });
   }
   return ok;
+}
+
+long long SCircuit::GetHighestPolygonId() const {
+  std::vector<SEnclosure*> shapes;
+  CollectPolygons(shapes);
+  long long highest = 0;
+  for (const SEnclosure* shape : shapes) highest = std::max(highest, shape->GetId());
+  return highest;
+}
+
+// ---- variables
+
+SVariable* SCircuit::FindVariable(const SString& name) const {
+  for (size_t i = 0; i < GetNumberOfChildren(); ++i) {
+    SBaseEnclosure* child = GetChild(i);
+    if (child->isA() == SID_VARIABLE && static_cast<SVariable*>(child)->GetName() == name)
+      return static_cast<SVariable*>(child);
+  }
+  return nullptr;
+}
+
+SVariable* SCircuit::FindOrMakeVariable(const SString& name, bool* made) {
+  SVariable* variable = FindVariable(name);
+  if (made != nullptr) *made = variable == nullptr;
+  if (variable == nullptr) {
+    variable = new SVariable(name);
+    AddChild(variable);
+  }
+  return variable;
+}
+
+void SCircuit::GetVariables(std::vector<SVariable*>& list) const { CollectObjects(list); }
+
+bool SCircuit::BindGeoVars(SProjectErrorManager& errors) {
+  std::vector<SBaseEnclosure*> read;
+  TakeChildren([](const SBaseEnclosure* child) { return child->isA() == SID_GEOVAR; }, read);
+  // Without the polygons (a short read, or a drawing about to be replaced) the handles
+  // can't be checked; the entries are still bound so that they go with their variables.
+  const bool checkHandles = !itsAbbreviated && !itsDropDrawing;
+  for (size_t i = 0; i < read.size(); ++i) {
+    SGeoVar* geoVar = static_cast<SGeoVar*>(read[i]);
+    if (checkHandles) {
+      if (const int missing = geoVar->CheckHandles(*this)) {
+        errors.AddError(SProjectErrorManager::Error, static_cast<int>(geoVar->GetLine()), 6028);
+        errors.AddError(SProjectErrorManager::Error, static_cast<int>(geoVar->GetLine()), missing);
+        for (size_t k = i; k < read.size(); ++k) delete read[k];
+        return false;
+      }
+    }
+    bool made = false;
+    const SString name = geoVar->GetVariableName();
+    SVariable* variable = name.isEmpty() ? nullptr : FindOrMakeVariable(name, &made);
+    if (variable == nullptr) {
+      SString why;
+      VeloraFormatMessage(why, 6130);
+      errors.AddError(SProjectErrorManager::Warning, static_cast<int>(geoVar->GetLine()), 6034, why.data(), name.data());
+      delete geoVar;
+      continue;
+    }
+    if (made) {
+      // Before the binding: a variable with a parameter only compares.
+      double nominal = geoVar->GetStoredNominal();
+      if (checkHandles && !geoVar->ComputeNominal(*this, nominal)) nominal = geoVar->GetStoredNominal();
+      variable->TrySetNominal(nominal);
+    }
+    variable->AddChild(geoVar);
+    if (!geoVar->GetEquationText().isEmpty())
+      variable->Value().SetFromText(
+          SValvarLine::AbsoluteFileNames(geoVar->GetEquationText(), SValvarLine::ProjectDirectory(itsProject)), true);
+    if (variable->Value().GetDescription().isEmpty())
+      variable->Value().SetDescription(SString("Dim. Param. ") + name);
+    variable->SetUnitType(SValueVar::Length);
+  }
+  return true;
+}
+
+void SCircuit::WriteVariablesAndDimensions(SProjectStream& out, int format) const {
+  for (size_t i = 0; i < GetNumberOfChildren(); ++i) {
+    const SBaseEnclosure* child = GetChild(i);
+    if (child->isA() == SID_VARIABLE) {
+      const SVariable* variable = static_cast<const SVariable*>(child);
+      if (variable->IsChanged()) variable->Write(out, *this, format);
+    } else if (child->isA() == SID_DIMENSION) {
+      static_cast<const SDimension*>(child)->Write(out, *this, format);
+    }
+  }
+}
+
+bool SCircuit::HasCircularDefinition() const {
+  std::vector<SVariable*> variables;
+  GetVariables(variables);
+  QSet<const SVariable*> visited;
+  std::vector<const SVariable*> path;
+  // Depth first from each equation; a variable met again on the way down closes a circle.
+  std::function<bool(const SVariable*)> walk = [&](const SVariable* variable) {
+    for (const QString& name : variable->GetValueVar().GetVariableNames()) {
+      const SVariable* next = FindVariable(SString(name));
+      if (next == nullptr || visited.contains(next)) continue;
+      if (std::find(path.begin(), path.end(), next) != path.end()) return true;
+      if (next->HasEquation()) {
+        path.push_back(next);
+        const bool circular = walk(next);
+        path.pop_back();
+        if (circular) return true;
+      }
+      visited.insert(next);
+    }
+    visited.insert(variable);
+    return false;
+  };
+  for (const SVariable* variable : variables) {
+    if (visited.contains(variable)) continue;
+    if (!variable->HasEquation()) {
+      visited.insert(variable);
+      continue;
+    }
+    path.assign(1, variable);
+    if (walk(variable)) return true;
+  }
+  return false;
+}
+
+bool SCircuit::EvaluateVariables() {
+  itsErrorText.clear();
+  if (HasCircularDefinition()) {
+    itsErrorText = "Equations have circular definition";
+    return false;
+  }
+  std::vector<SVariable*> variables;
+  GetVariables(variables);
+  bool ok = true;
+  for (SVariable* variable : variables) {
+    if (!variable->HasEquation()) continue;
+    SString error;
+    if (!variable->Value().Evaluate(error)) {
+      if (!itsErrorText.isEmpty()) itsErrorText += "\n";
+      itsErrorText += error + " in variable " + variable->GetName();
+      ok = false;
+      continue;
+    }
+    variable->SetTargets(variable->GetValue());
+  }
+  if (ok) ApplyGeoVars();
+  return ok;
+}
+
+void SCircuit::ApplyGeoVars() {
+  std::vector<SVariable*> variables;
+  GetVariables(variables);
+  std::vector<SGeoVar*> geoVars;
+  for (const SVariable* variable : variables) variable->GetGeoVars(geoVars);
+  if (geoVars.empty()) return;
+  // Depth: 0 for a variable that waits for none, else one more than the deepest it waits
+  // for. A variable on a cycle of waiting gets no depth and is left out.
+  const size_t n = geoVars.size();
+  std::vector<std::vector<size_t>> waitsFor(n);
+  for (size_t i = 0; i < n; ++i)
+    for (size_t j = 0; j < n; ++j)
+      if (geoVars[i]->WaitsFor(*geoVars[j])) waitsFor[i].push_back(j);
+  enum { Unknown = -1, Visiting = -2, OnCycle = -3 };
+  std::vector<int> depth(n, Unknown);
+  std::function<int(size_t)> depthOf = [&](size_t i) -> int {
+    if (depth[i] == Visiting) return OnCycle;
+    if (depth[i] != Unknown) return depth[i];
+    depth[i] = Visiting;
+    int deepest = -1;
+    for (size_t j : waitsFor[i]) {
+      const int d = depthOf(j);
+      if (d == OnCycle) {
+        depth[i] = OnCycle;
+        return OnCycle;
+      }
+      deepest = std::max(deepest, d);
+    }
+    depth[i] = deepest + 1;
+    return depth[i];
+  };
+  int deepest = -1;
+  for (size_t i = 0; i < n; ++i) deepest = std::max(deepest, depthOf(i));
+  for (int d = 0; d <= deepest; ++d) {
+    for (size_t i = 0; i < n; ++i)
+      if (depth[i] == d) geoVars[i]->Apply(*this, true);
+    for (size_t i = 0; i < n; ++i)
+      if (depth[i] > d) geoVars[i]->Apply(*this, false);
+  }
 }

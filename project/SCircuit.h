@@ -23,6 +23,7 @@ class SMaterialTypeData;
 class SMetalPolygon;
 class SMetalType;
 class SParallelSubs;
+class SVariable;
 class SProject;
 class SProjectErrorManager;
 class SProjectStream;
@@ -138,6 +139,8 @@ public:
   }
 
   long long GetNextPolygonId() const { return itsNextPolygonId; }
+  // The highest id of the polygons there are now, 0 without any.
+  long long GetHighestPolygonId() const;
   void SetNextPolygonId(long long id) { itsNextPolygonId = id; }
   // Takes the next free id and raises it.
   long long TakePolygonId() { return itsNextPolygonId++; }
@@ -196,6 +199,18 @@ public:
   static const QStringList& PatternNames(bool bricks);
   static QStringList LoadPatternNames(const SString& path);
 
+  // Variables of the layout, in the order of the enclosure list.
+  SVariable* FindVariable(const SString& name) const;
+  SVariable* FindOrMakeVariable(const SString& name, bool* made = nullptr);
+  void GetVariables(std::vector<SVariable*>& list) const;
+  // True when an equation refers, through others, back to its own variable.
+  bool HasCircularDefinition() const;
+  // Works out every equation in list order, and moves the layout to the new values when
+  // all could be worked out. False with the reasons in the error text.
+  bool EvaluateVariables();
+  // Why the last evaluation failed, a line per failure.
+  const SString& GetErrorText() const { return itsErrorText; }
+
   // While reading: a polygon by its id (ports and vias stand ahead of the polygons).
   SMetalPolygon* FindPolygonById(long long id) const;
 
@@ -209,6 +224,11 @@ private:
   SString ProjectDirectory() const;
   SString ProjectRelative(const SString& name) const;
   void WritePolygons(SProjectStream& out, int format) const;
+  // Geometry variables read go to their variables once the polygons stand.
+  bool BindGeoVars(SProjectErrorManager& errors);
+  void WriteVariablesAndDimensions(SProjectStream& out, int format) const;
+  // The geometry variables move their points, shallowest first.
+  void ApplyGeoVars();
 
   SProject* itsProject = nullptr;
   SOrdered itsAnnotations;
@@ -226,8 +246,7 @@ private:
   SString itsOldVersion;
   SString itsOldDate;
   QHash<long long, SMetalPolygon*> itsPolygonsById;
-  // GEOVAR, VALVAR and VCNSTR lines, carried through as read.
-  QStringList itsVariableLines;
+  SString itsErrorText;
 };
 
 #endif

@@ -25,11 +25,8 @@ const char* KindWord(int kind, int format) {
 
 void SDimension::Write(SProjectStream& out, const SCircuit& circuit, int format) const {
   if (itsRef1.FindPolygon(circuit) == nullptr) return;
-  out << "DIM " << KindWord(itsKind, format) << ' ' << (itsDirection == YDirection ? "YDIR" : "XDIR");
-  if (format >= 5) out << ' ' << itsSignFactor;
-  if (format >= 9 && itsKind != Standard) {
-    out << ' ' << SWordTable::WordOf(kScaleWords, itsScaleMode, kScaleWords[NotScaled]);
-  }
+  out << "DIM ";
+  WriteRecord(out, format);
   out << "\nPOS " << itsLabelPosition.x() << ' ' << itsLabelPosition.y() << '\n';
   out << "NOM " << itsNominal << '\n';
   out << "REF1 ";
@@ -39,7 +36,15 @@ void SDimension::Write(SProjectStream& out, const SCircuit& circuit, int format)
   out << "END\n";
 }
 
-bool SDimension::Read(SFile& file, SProjectErrorManager& errors) {
+void SDimension::WriteRecord(SProjectStream& out, int format) const {
+  out << KindWord(itsKind, format) << ' ' << (itsDirection == YDirection ? "YDIR" : "XDIR");
+  if (format >= 5) out << ' ' << itsSignFactor;
+  if (format >= 9 && itsKind != Standard) {
+    out << ' ' << SWordTable::WordOf(kScaleWords, itsScaleMode, kScaleWords[NotScaled]);
+  }
+}
+
+bool SDimension::ReadRecord(SFile& file, SProjectErrorManager& errors, bool strictScale) {
   itsLine = file.LineCount();
   SString word;
   file.GetToken(word);
@@ -63,7 +68,18 @@ bool SDimension::Read(SFile& file, SProjectErrorManager& errors) {
   double sign = 1.0;
   if (file.GetDouble(sign)) SetSignFactor(sign);
   // The scale mode is the variable's business; a word it doesn't know is left for it.
-  if (file.GetUpperToken(word)) itsScaleMode = SWordTable::CodeOf(kScaleWords, word, itsScaleMode);
+  if (file.GetUpperToken(word)) {
+    const int mode = SWordTable::CodeOf(kScaleWords, word, -1);
+    if (mode >= 0)
+      itsScaleMode = mode;
+    else if (strictScale)
+      return ReadFault(errors, file, 6037);
+  }
+  return true;
+}
+
+bool SDimension::Read(SFile& file, SProjectErrorManager& errors) {
+  if (!ReadRecord(file, errors)) return false;
   for (;;) {
     if (!file.NextLine()) return ReadFault(errors, file, 6024);
     SString key;

@@ -44,7 +44,17 @@ public:
   // After the keyword; leaves the file on the END line.
   bool Read(SFile& file, SProjectErrorManager& errors);
 
-private:
+protected:
+  // The record of the first line: kind, direction, sign factor and scale mode.
+  // With `strictScale` a scale word it doesn't know is error 6037.
+  bool ReadRecord(SFile& file, SProjectErrorManager& errors, bool strictScale = false);
+  void WriteRecord(SProjectStream& out, int format) const;
+  // The nominal as a number whose sign the dimension keeps; 0 counts as positive.
+  void SetNominalRead(double value) {
+    itsNominal = value;
+    itsNominalSign = value < 0 ? -1 : 1;
+  }
+
   int itsKind = Standard;
   int itsDirection = XDirection;
   double itsSignFactor = 1.0;

@@ -44,6 +44,11 @@ public:
   virtual SFileBlock* Clone(SProject* owner) const;
   // The project's file name changed (blocks that keep names relative to it listen).
   virtual void FileNameChanged(const SString& newName) { (void)newName; }
+  // A variable of the project was renamed: references to it by name follow.
+  virtual void RenameVariable(const SString& oldName, const SString& newName) {
+    (void)oldName;
+    (void)newName;
+  }
 
   SProject* GetOwner() const { return itsOwner; }
   void SetOwner(SProject* owner) { itsOwner = owner; }

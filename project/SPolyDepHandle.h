@@ -19,7 +19,12 @@ public:
   void Clear() {
     itsPolygonId = -1;
     itsItems.clear();
+    itsComponent = false;
   }
+  // An "SMD" handle: the id names a component, not a polygon.
+  bool IsComponent() const { return itsComponent; }
+  // No items: the handle stands for every vertex of the polygon.
+  bool IsWholePolygon() const { return itsItems.empty(); }
   long long GetPolygonId() const { return itsPolygonId; }
   void SetPolygonId(long long id) { itsPolygonId = id; }
   void SetPolygon(const SMetalPolygon* polygon);
@@ -30,16 +35,22 @@ public:
   void AddItem(int item) { itsItems.push_back(item); }
   int GetItem(size_t i) const { return i < itsItems.size() ? itsItems[i] : 0; }
 
-  // "POLY id count" and the item lines, each ending in a line feed.
+  // "POLY id count" (or "SMD ...") and the item lines, each ending in a line feed.
   void Write(SProjectStream& out) const;
   // From the current token, which must be the "POLY" word; leaves the file on the last
   // item line. Errors: 6024 for another word (components have no place here), 6057 for
   // a bad id or count, 6058 for a bad item.
   bool Read(SFile& file, SProjectErrorManager& errors);
+  // The form of a geometry variable's handles, where "SMD" is allowed too. Errors: 6024
+  // for another word, 6068 for a bad id, 6065 for a bad count, 6132 for a bad index.
+  bool ReadVariableHandle(SFile& file, SProjectErrorManager& errors);
 
 private:
+  bool ReadItems(SFile& file, SProjectErrorManager& errors, int badId, int badCount, int badItem);
+
   long long itsPolygonId = -1;
   std::vector<int> itsItems;
+  bool itsComponent = false;
 };
 
 #endif

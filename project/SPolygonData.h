@@ -54,6 +54,10 @@ public:
   void InsertVertex(int index, const SPoint& p);
   // An index out of range is a program error.
   const SPoint& GetVertex(int index) const;
+  // An index out of range is ignored.
+  void SetVertex(int index, const SPoint& p) {
+    if (index >= 0 && index < GetNumberOfVertices()) itsVertices[static_cast<size_t>(index)] = p;
+  }
   int GetNumberOfVertices() const { return static_cast<int>(itsVertices.size()); }
   const std::vector<SPoint>& GetVertices() const { return itsVertices; }
   void SetVertices(const std::vector<SPoint>& points) { itsVertices = points; }

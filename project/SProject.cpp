@@ -1,10 +1,13 @@
 #include "SProject.h"
 
 #include "S3dOptionsBlock.h"
+#include "SBoxSide.h"
+#include "SCircuit.h"
 #include "SCircuitBlock.h"
 #include "SCommentedFile.h"
 #include "SControlBlock.h"
 #include "SDimensionBlock.h"
+#include "SEqnElement.h"
 #include "SFileOutputBlock.h"
 #include "SFrequencyBlock.h"
 #include "SGeometryBlock.h"
@@ -18,12 +21,15 @@
 #include "SProjectFile.h"
 #include "SProjectFormat.h"
 #include "SQsgBlock.h"
+#include "SRefPlane.h"
 #include "SResponseBlock.h"
 #include "SSMDBlock.h"
 #include "SSafeSave.h"
 #include "SSubdivisionBlock.h"
 #include "STime.h"
 #include "STranslatorBlock.h"
+#include "SVariable.h"
+#include "SVariableName.h"
 #include "SVariableSweepBlock.h"
 #include "SVeloraError.h"
 #include "SVeloraTrace.h"
@@ -429,6 +435,8 @@ bool SProject::ReadFile(SFile& file) {
   if (!GetHeaderBlock()->IsPresent()) GetHeaderBlock()->SetDefaults();
   SControlBlock* control = GetControlBlock();
   if (!control->IsPresent()) control->SetDefaults();
+  RepairVariableNames();
+  EvaluateVariables();
   if (control->itsFMax.IsValid())
     itsHighestFrequency =
         control->itsFMax.GetValue() * GetDimensionBlock()->GetFactor(SDimensionBlock::Frequency);
@@ -653,4 +661,92 @@ bool SProject::Validate() {
     return true;
   }
   return ok;
+}
+
+// ---- variables and equations
+
+SCircuit* SProject::GetCircuit() {
+  if (!itsBlocksCreated) return nullptr;
+  return GetGeometryBlock()->GetCircuit();
+}
+
+SVariable* SProject::FindOrMakeVar(const SString& name) {
+  SCircuit* circuit = GetCircuit();
+  if (circuit == nullptr) {
+    itsErrors.AddError(SProjectErrorManager::Error, -1, 7045, "FindOrMakeVar- No blocks initialized");
+    return nullptr;
+  }
+  return circuit->FindOrMakeVariable(name);
+}
+
+void SProject::RepairVariableNames() {
+  SCircuit* circuit = GetCircuit();
+  if (circuit == nullptr) return;
+  std::vector<SVariable*> variables;
+  circuit->GetVariables(variables);
+  for (SVariable* variable : variables) {
+    const SString old = variable->GetName();
+    SString name = old;
+    if (!SVariableName::Repair(name)) continue;
+    SVariableName::MakeUnique(name, [&](const SString& candidate) {
+      const SVariable* other = circuit->FindVariable(candidate);
+      return other != nullptr && other != variable;
+    });
+    variable->SetName(name);
+    for (SFileBlock* block : PresentBlocks()) block->RenameVariable(old, name);
+  }
+}
+
+void SProject::EvaluateVariables() {
+  SCircuit* circuit = GetCircuit();
+  if (circuit == nullptr) return;
+  std::vector<SVariable*> variables;
+  circuit->GetVariables(variables);
+  // Held equations compile now that every variable they may name exists.
+  for (SVariable* variable : variables) {
+    variable->Value().SetProject(this);
+    variable->Value().CompileHeldText(nullptr, true);
+  }
+  if (!circuit->EvaluateVariables())
+    itsErrors.AddError(SProjectErrorManager::Warning, -1, 7045, circuit->GetErrorText().data());
+}
+
+bool SProject::GetEquationProperty(int code, double& value) const {
+  SCircuit* circuit = const_cast<SProject*>(this)->GetCircuit();
+  if (circuit == nullptr) return false;
+  const SSize box = circuit->GetBoxSize();
+  switch (code) {
+  case SEqnProperty::CELL_X: value = circuit->GetNumCellsX() > 0 ? box.width() / circuit->GetNumCellsX() : 0.0; break;
+  case SEqnProperty::CELL_Y: value = circuit->GetNumCellsY() > 0 ? box.height() / circuit->GetNumCellsY() : 0.0; break;
+  case SEqnProperty::CELLS_X: value = circuit->GetNumCellsX(); break;
+  case SEqnProperty::CELLS_Y: value = circuit->GetNumCellsY(); break;
+  case SEqnProperty::BOX_X: value = box.width(); break;
+  case SEqnProperty::BOX_Y: value = box.height(); break;
+  case SEqnProperty::REF_L:
+  case SEqnProperty::REF_R:
+  case SEqnProperty::REF_T:
+  case SEqnProperty::REF_B: {
+    static const int sides[] = {SBoxSide::Left, SBoxSide::Right, SBoxSide::Top, SBoxSide::Bottom};
+    const SRefPlane* plane = circuit->GetRefPlane(sides[code - SEqnProperty::REF_L]);
+    value = plane != nullptr ? plane->GetLength() : 0.0;
+    break;
+  }
+  default: return false;
+  }
+  return true;
+}
+
+bool SProject::LookupTable(const SString& name, char mode, int dimensions, double x, double y, double& value) const {
+  const SString directory = SString(QFileInfo(itsFileName.GetFullName().qstring()).absolutePath());
+  return dimensions == 2 ? itsTables.Lookup2(name, directory, x, y, value)
+                         : itsTables.Lookup1(name, directory, mode, x, value);
+}
+
+SVarSource* SProject::FindVariableSource(const SString& name) {
+  SCircuit* circuit = GetCircuit();
+  return circuit != nullptr ? circuit->FindVariable(name) : nullptr;
+}
+
+double SProject::GetFrequencyFactor() const {
+  return const_cast<SProject*>(this)->GetDimensionBlock()->GetFactor(SDimensionBlock::Frequency);
 }

@@ -4,6 +4,7 @@
 #include "SBlockDictionary.h"
 #include "SCollectable.h"
 #include "SEqnOwner.h"
+#include "SEquationTables.h"
 #include "SProjectErrorManager.h"
 #include "SProjectFileMapping.h"
 #include "SProjectStream.h"
@@ -13,6 +14,7 @@
 #include <vector>
 
 class S3dOptionsBlock;
+class SCircuit;
 class SCircuitBlock;
 class SControlBlock;
 class SDimensionBlock;
@@ -31,6 +33,7 @@ class SResponseBlock;
 class SSMDBlock;
 class SSubdivisionBlock;
 class STranslatorBlock;
+class SVariable;
 class SVariableSweepBlock;
 
 // A project file in memory: its eighteen named blocks, the file it came from, the format
@@ -157,6 +160,22 @@ public:
   const SProjectErrorManager& GetErrors() const { return itsErrors; }
   SProjectFileMapping& GetFileMapping() { return itsFileMapping; }
 
+  // The circuit of the GEO block, or null.
+  SCircuit* GetCircuit();
+  // The circuit's variable of that name, made when missing; null without a circuit
+  // (message 7045).
+  SVariable* FindOrMakeVar(const SString& name);
+  // Names that an equation can't use are repaired and made unique, and the references of
+  // the other blocks follow; then each equation is compiled and worked out once.
+  void RepairVariableNames();
+  void EvaluateVariables();
+
+  // What equations ask of their project.
+  bool GetEquationProperty(int code, double& value) const override;
+  bool LookupTable(const SString& name, char mode, int dimensions, double x, double y, double& value) const override;
+  SVarSource* FindVariableSource(const SString& name) override;
+  double GetFrequencyFactor() const override;
+
 protected:
   // Blocks with data, in creation order.
   std::vector<SFileBlock*> PresentBlocks();
@@ -178,6 +197,7 @@ protected:
   int itsProjectType = -1;
   bool itsTemplateRead = false;
   double itsHighestFrequency = 1e9;
+  mutable SEquationTables itsTables;
   // The time of the lock this project wrote, empty without one.
   SString itsLockTime;
 };

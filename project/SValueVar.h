@@ -86,6 +86,12 @@ public:
   bool IsDependent() const;
   // The compiled equation, null for a plain number or held text.
   SVarCalculation* GetCalculation() const { return itsCalculation.get(); }
+  // The variables a compiled equation names, in order of first use; none before compiling.
+  QStringList GetVariableNames() const {
+    return itsCalculation ? itsCalculation->GetVariableNames() : QStringList();
+  }
+  // A compiled equation that uses the frequency.
+  bool UsesFrequency() const { return itsCalculation && itsCalculation->UsesFrequency(); }
   // The files an equation names (TABLE1, TABLE2), absolute.
   const QStringList& GetFileNames() const { return itsFileNames; }
 

@@ -216,9 +216,9 @@ bool SGdsPolygonList::AddToProject(SXtranProject& project, SGdsLayerFile& layerF
     if (allowed && itsMakeTechLayers)
         layerFile.MakeTechLayers(project);
 
-    // Polygons of an updated project keep their ids; new ones number on from them.
+    // New polygons number from 1; only polygons an update keeps (-q) hold ids to number on from.
     if (SCircuit* circuit = project.GetCircuit())
-        SGdsPolygon::SkipFileIds(circuit->GetNextPolygonId() - 1);
+        SGdsPolygon::SkipFileIds(circuit->GetHighestPolygonId());
 
     // The list is consumed as it goes: each polygon is destroyed once handed over, and the
     // memory it lay in goes back as soon as no later polygon lies there, so the flat list

@@ -27,6 +27,7 @@
 #include "SQsgBlock.h"
 #include "SRefPlane.h"
 #include "STechLayer.h"
+#include "SVariable.h"
 #include "SVeloraError.h"
 #include "SViaMetalType.h"
 #include "SViaPolygon.h"
@@ -222,9 +223,16 @@ bool SXtranProject::RemoveDimensions()
 {
     if (!itsCircuit)
         return false;
+    const auto isDimension = [](const SBaseEnclosure* child) {
+        return child->isKindOf(SDimension::staticTypeInfo());
+    };
     std::vector<SBaseEnclosure*> dimensions;
-    itsCircuit->TakeChildren(
-        [](const SBaseEnclosure* child) { return child->isKindOf(SDimension::staticTypeInfo()); }, dimensions);
+    itsCircuit->TakeChildren(isDimension, dimensions);
+    // The geometry variables go with the dimensions they are; their variables stay.
+    std::vector<SVariable*> variables;
+    itsCircuit->GetVariables(variables);
+    for (SVariable* variable : variables)
+        variable->TakeChildren(isDimension, dimensions);
     for (SBaseEnclosure* dimension : dimensions)
         delete dimension;
     return true;

@@ -572,3 +572,61 @@ INSTANTIATE_TEST_SUITE_P(
     [](const testing::TestParamInfo<ExpectedCase>& info) { return std::string(info.param.name); });
 
 } // namespace
+
+// A designer's project with variables, a constraint, a dimension parameter, a dimension,
+// frequencies and a parallel subsection, updated from a new stream.
+TEST(Translation, AnUpdateKeepsVariablesAndFrequenciesAndDropsDimensions)
+{
+    GdsRun run;
+    run.Write("chip.lay", kLayers);
+    run.Write("first.gds", Stream({{1, 0, 0, 0, 100, 100}, {1, 0, 150, 0, 200, 100}}));
+    ASSERT_EQ(run.Run({"-o", "chip.vel", "-l", "chip.lay", "-s", "300,200", "-t", "10,10", "first.gds"}).status, 0);
+    std::string text = run.Read("chip.vel");
+    const std::string variables = "VALVAR W LNG 50 \"gap\"\n"
+                                  "VCNSTR TUNE W 40 60 ON 1 LIN\n"
+                                  "GEOVAR W STD XDIR 1\nPOS 125 -5\nNOM 50\nREF1 POLY 1 1\n1\nREF2 POLY 2 1\n0\n"
+                                  "PS1 0\nPS2 1\nPOLY 2 0\nEND\n"
+                                  "VALVAR L LNG \"W*2\" \"twice the gap\"\n";
+    const std::string dimension = "DIM STD XDIR 1\nPOS 0 0\nNOM 100\nREF1 POLY 1 1\n0\nREF2 POLY 1 1\n1\nEND\n";
+    ASSERT_NE(text.find("LORGN"), std::string::npos) << text;
+    text.insert(text.find("LORGN"), variables + dimension);
+    text.insert(text.find("TMET"), "PSB1 LEFT 2.5\n");
+    text.insert(text.find("CONTROL"), "FREQ\nSWEEP 1 2 0.5\nSTEP 5\nEND FREQ\n");
+    run.Write("chip.vel", text);
+    run.Write("second.gds", Stream({{1, 0, 0, 0, 50, 50}}));
+
+    RunResult result = run.Run({"-g", "-o", "g.vel", "-l", "chip.lay", "-i", "chip.vel", "second.gds"});
+    ASSERT_EQ(result.status, 0) << result.out << result.err;
+    const std::string both = result.out + result.err;
+    const std::string moved = "Parallel subsection lengths were moved";
+    ASSERT_NE(both.find(moved), std::string::npos) << both;
+    EXPECT_EQ(both.find(moved, both.find(moved) + 1), std::string::npos) << both;
+    const std::string g = run.Read("g.vel");
+    // The variables and the constraint stay as they were; the parameter and the dimension go.
+    EXPECT_NE(g.find("VALVAR W LNG 50 \"gap\"\nVCNSTR TUNE W 40 60 ON 1 LIN\n"
+                     "VALVAR L LNG \"W*2\" \"twice the gap\"\n"),
+              std::string::npos)
+        << g;
+    EXPECT_EQ(g.find("GEOVAR"), std::string::npos) << g;
+    EXPECT_EQ(g.find("\nDIM STD"), std::string::npos) << g;
+    EXPECT_NE(g.find("Zpsubleft2.5"), std::string::npos) << g;
+    EXPECT_EQ(g.find("PSB1"), std::string::npos) << g;
+    EXPECT_NE(g.find("SWEEP 1 2 0.5"), std::string::npos) << g;
+    EXPECT_NE(g.find("STEP 5"), std::string::npos) << g;
+    // The new drawing numbers its polygons from 1.
+    Written w = ReadBack(run, "g.vel");
+    ASSERT_TRUE(w.read) << w.error;
+    ASSERT_EQ(w.polygons.size(), 1u);
+    EXPECT_EQ(w.polygons[0].id, 1);
+
+    // -q keeps the drawing, and with it the parameter and the dimension.
+    result = run.Run({"-q", "-o", "q.vel", "-l", "chip.lay", "-i", "chip.vel", "second.gds"});
+    ASSERT_EQ(result.status, 0) << result.out << result.err;
+    const std::string q = run.Read("q.vel");
+    EXPECT_NE(q.find("GEOVAR W STD XDIR 1\nPOS 125 -5\nNOM 50\n"), std::string::npos) << q;
+    EXPECT_NE(q.find(dimension), std::string::npos) << q;
+    Written kept = ReadBack(run, "q.vel");
+    ASSERT_EQ(kept.polygons.size(), 3u);
+    EXPECT_EQ(kept.polygons[2].id, 3);
+    EXPECT_EQ(run.Read("chip.vel"), text);
+}
