@@ -1,6 +1,8 @@
 #include "SProject.h"
 
 #include "S3dOptionsBlock.h"
+#include "SBoxSide.h"
+#include "SCircuit.h"
 #include "SCircuitBlock.h"
 #include "SCommentedFile.h"
 #include "SControlBlock.h"
@@ -31,6 +33,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+
+#include <cmath>
 
 SCOLLECTABLE_DEFINE(SProject, SID_PROJECT, &SCollectable::staticTypeInfo())
 
@@ -432,10 +436,37 @@ bool SProject::ReadFile(SFile& file) {
   if (control->itsFMax.IsValid())
     itsHighestFrequency =
         control->itsFMax.GetValue() * GetDimensionBlock()->GetFactor(SDimensionBlock::Frequency);
-  // The frequencies of a FREQ block become sweeps once the sweep block reads them; until
-  // then the block stays as read.
+  MoveParallelSubsToOptions();
   DropFrequencyOptions();
   return true;
+}
+
+// The current format keeps no parallel subsection lengths in GEO: they live on as speed
+// options, which the analysis reads instead.
+void SProject::MoveParallelSubsToOptions() {
+  SCircuit* circuit = GetGeometryBlock()->GetCircuit();
+  if (circuit == nullptr || GetProjectType() == NetlistProject) return;
+  static const struct {
+    int side;
+    const char* option;
+  } kSides[] = {{SBoxSide::Left, "Zpsubleft"},
+                {SBoxSide::Top, "Zpsubtop"},
+                {SBoxSide::Right, "Zpsubright"},
+                {SBoxSide::Bottom, "Zpsubbot"}};
+  SControlBlock* control = GetControlBlock();
+  bool added = false;
+  for (const auto& side : kSides) {
+    const double length = circuit->GetParallelSubs(side.side);
+    if (std::fabs(length) <= 1e-12) continue;
+    control->AddOption(SString::format("%s%g", side.option, length));
+    added = true;
+  }
+  if (!added) return;
+  control->ConvertOptions();
+  const char* help = itsProjectType == NetFile
+                         ? "\"qthelp://main_help/doc/CircuitParallelSubs.html\""
+                         : "<a href=\"qthelp://main_help/doc/CircuitParallelSubs.html\"> help </a>";
+  itsErrors.AddError(SProjectErrorManager::Warning, -1, 6041, help);
 }
 
 void SProject::DropFrequencyOptions() {

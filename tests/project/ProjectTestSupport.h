@@ -91,6 +91,14 @@ protected:
   QTemporaryDir itsDir;
 };
 
+// The covers, the box and two dielectric lines: the least a GEO block holds.
+inline const char* const kTwoLevelStack =
+    "TMET \"Lossless\" 0 SUP 0 0 0 0\n"
+    "BMET \"Lossless\" 0 SUP 0 0 0 0\n"
+    "BOX 1 160 160 32 32 20 0\n"
+    "      0 1 1 0 0 0 0 \"Unnamed\"\n"
+    "      0 1 1 0 0 0 0 \"Unnamed\"\n";
+
 // A project of one GEO block, and the reading and writing of such blocks.
 class GeoTest : public ProjectTest {
 protected:
