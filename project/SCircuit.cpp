@@ -343,9 +343,9 @@ void SCircuit::WritePolygons(SProjectStream& out, int format) const {
     const int index = level->GetIndex();
     WalkShapes(level, true, [&](const SBaseEnclosure* node) {
       switch (node->isA()) {
-      case SID_VIAPOLYGON: static_cast<const SViaPolygon*>(node)->Write(out, index, format); break;
+      case SID_VIAPOLYGON: static_cast<const SViaPolygon*>(node)->Write(out, index, format, feet); break;
       case SID_BRICKPOLYGON: static_cast<const SBrickPolygon*>(node)->Write(out, index, format, feet); break;
-      default: static_cast<const SMetalPolygon*>(node)->Write(out, index, format); break;
+      default: static_cast<const SMetalPolygon*>(node)->Write(out, index, format, feet); break;
       }
     });
   }

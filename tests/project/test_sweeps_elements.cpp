@@ -7,6 +7,7 @@
 #include "SGeometryBlock.h"
 #include "SProjectErrorEntry.h"
 
+#include <iostream>
 #include <string>
 
 namespace {
@@ -69,4 +70,79 @@ TEST_F(SweepsTest, ParallelSubsectionOptionsAreWrittenOnceInEveryFormat) {
   const std::string former = RoundTrip(text, 20);
   EXPECT_TRUE(Contains(former, "OPTIONS Zpsubleft2.5\n")) << former;
   EXPECT_TRUE(Contains(former, "PSB1 LEFT 2.5\n")) << former;
+}
+
+// ---- older metal forms
+
+TEST_F(SweepsTest, AWriteBelowFormat15GivesTheOlderFormsAndLeavesTheProjectAsItWas) {
+  const std::string geo =
+      "TMET \"Lossless\" 0 SUP 0 0 0 0\n"
+      "BMET \"Lossless\" 0 SUP 0 0 0 0\n"
+      "MET \"Copper\" 3 NOR 58000000 1.5 0.5 \n"
+      "MET \"Thick\" 4 TMM 1 2 0.5 3\n"
+      "MET \"Rough\" 5 RUF THK 2 0.5 0.25 0.125 4 \n"
+      "MET \"Plate\" 6 NOR 2 0.5 0.5  SRVY\n"
+      "MET \"Via\" 7 VOL 5 0.5\n"
+      "BOX 1 10 10 32 32 20 0\n"
+      "      0 1 1 0 0 0 0 \"Unnamed\"\n"
+      "      0 1 1 0 0 0 0 \"Unnamed\"\n"
+      "TECHLAY METAL M1 <UNSPECIFIED> 5 0 \n"
+      "0 0 0 T 0 2 2 50 50 0 0 0 Y\n"
+      "END\n"
+      "END\n"
+      "LORGN 0 10 U\n"
+      "NUM 3\n"
+      "0 5 0 T 7 2 2 50 50 0 0 0 Y\n"
+      "TLAYNAM M1 INH\n"
+      "0 0\n1 0\n1 0.5\n0 0.5\n0 0\n"
+      "END\n"
+      "VIA POLYGON\n"
+      "0 5 4 N 8 1 1 100 100 0 0 0 Y\n"
+      "TOLEVEL 1 RING COVERS\n"
+      "2 2\n3 2\n3 3\n2 3\n2 2\n"
+      "END\n"
+      "BRI POLY\n"
+      "1 5 0 N 9 1 1 100 100 0.5 0.25 0 Y\n"
+      "4 4\n5 4\n5 5\n4 5\n4 4\n"
+      "END\n";
+  const std::string text = "FTYP VELPROJ 17\nDIM\nLNG FT\nCDVY SM\nSRES OHSQ\nEND DIM\nGEO\n" + geo + "END GEO\n";
+  SProject project;
+  ASSERT_TRUE(ReadText(project, text)) << project.GetErrors().ErrorText().data();
+  const std::string current = WriteText(project);
+  EXPECT_EQ(GeoBody(current), geo);
+
+  SProjectFormat::SetWriteFormat(14);
+  const std::string older = WriteText(project);
+  // Inches for feet: every length of the layout, of the polygons and of the types grows by 12;
+  // the layers and the polygons' references to them go, and the sheet resistance becomes S/m.
+  const std::string expected =
+      "TMET \"Lossless\" 0 SUP 0 0 0 0\n"
+      "BMET \"Lossless\" 0 SUP 0 0 0 0\n"
+      "MET \"Copper\" 3 NOR 58000000 18 0.5 \n"
+      "MET \"Thick\" 4 TMM 1 24 0.5 3\n"
+      "MET \"Rough\" 5 RUF THK 2 0.5 3 1.5 48 \n"
+      "MET \"Plate\" 6 NOR 3.280839895 6 0.5 \n"
+      "MET \"Via\" 7 VOL 5 6\n"
+      "BOX 1 120 120 32 32 20 0\n"
+      "      0 1 1 0 0 0 0 \"Unnamed\"\n"
+      "      0 1 1 0 0 0 0 \"Unnamed\"\n"
+      "LORGN 0 120 U\n"
+      "NUM 3\n"
+      "0 5 0 T 7 2 2 50 50 0 0 0 Y\n"
+      "0 0\n12 0\n12 6\n0 6\n0 0\n"
+      "END\n"
+      "VIA POLYGON\n"
+      "0 5 4 N 8 1 1 100 100 0 0 0 Y\n"
+      "TOLEVEL 1 RING COVERS\n"
+      "24 24\n36 24\n36 36\n24 36\n24 24\n"
+      "END\n"
+      "BRI POLY\n"
+      "1 5 0 N 9 1 1 100 100 6 3 0 Y\n"
+      "48 48\n60 48\n60 60\n48 60\n48 48\n"
+      "END\n";
+  EXPECT_EQ(GeoBody(older), expected);
+  EXPECT_TRUE(Contains(older, "LNG IN\n")) << older;
+
+  SProjectFormat::SetWriteFormat(SProjectFormat::kCurrent);
+  EXPECT_EQ(WriteText(project), current);
 }
