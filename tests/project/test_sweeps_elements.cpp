@@ -5,6 +5,7 @@
 #include "SCircuit.h"
 #include "SControlBlock.h"
 #include "SGeometryBlock.h"
+#include "SMetalType.h"
 #include "SProjectErrorEntry.h"
 
 #include <iostream>
@@ -145,4 +146,76 @@ TEST_F(SweepsTest, AWriteBelowFormat15GivesTheOlderFormsAndLeavesTheProjectAsItW
 
   SProjectFormat::SetWriteFormat(SProjectFormat::kCurrent);
   EXPECT_EQ(WriteText(project), current);
+}
+
+// ---- metal and brick elements
+
+TEST_F(SweepsTest, ElementsAreKeptWordForWordInTheirPlaceAmongThePolygons) {
+  const std::string types =
+      "TMET \"Lossless\" 0 SUP 0 0 0 0\n"
+      "BMET \"Lossless\" 0 SUP 0 0 0 0\n"
+      "MET \"Copper\" 3 NOR 58000000 1.5 0.5 \n"
+      "MET \"Gold\" 4 RES 2\n"
+      "BRI \"Oxide\" 2 3.9 0.001 0 \n";
+  const std::string square = "0 0\n10 0\n10 10\n0 10\n0 0\nEND\n";
+  const std::string polygons =
+      "NUM 4\n"
+      "0 5 0 N 1 1 1 100 100 0 0 0 Y\n" + square +
+      "MET ELM SPIRAL  \"inductor one\" 2.5\n"
+      "TURNS 3.5 WIDTH=2\n"
+      "MAT \"Gold\"\n"
+      "0 0 1 N 20 1 1 100 100 0 0 0 Y extra words\n"
+      "MAT All\n"
+      "0  0 -1 T 21 1 1 100 100 0 0 0 N\n"
+      "END\n"
+      "0 5 1 N 2 1 1 100 100 0 0 0 Y\n" + square +
+      "BRI ELM BLOCK 1 2\n"
+      "MAT \"Oxide\"\n"
+      "1 0 1 N 22 1 1 100 100 0 0 0 Y\n"
+      "END\n";
+  const std::string stack = kTwoLevelStack;
+  const std::string body = types + stack.substr(stack.find("BOX")) + "LORGN 0 160 U\n" + polygons;
+  EXPECT_EQ(GeoBody(RoundTrip(Project(body))), body);
+  EXPECT_EQ(GeoBody(RoundTrip(Project(body), 14)), body);
+
+  SProject project;
+  ASSERT_TRUE(ReadText(project, Project(body))) << project.GetErrors().ErrorText().data();
+  SCircuit* circuit = project.GetGeometryBlock()->GetCircuit();
+  EXPECT_EQ(circuit->CountPolygons(), 4);
+  // The element's polygon ids are taken.
+  EXPECT_EQ(circuit->GetNextPolygonId(), 23);
+  // A type that only an element uses is still written, and the element follows its number.
+  SMetalType* copper = circuit->FindMetalType("Copper");
+  ASSERT_NE(copper, nullptr);
+  circuit->RemoveChild(copper);
+  delete copper;
+  const std::string text = GeoBody(WriteText(project));
+  EXPECT_TRUE(Contains(text, "MET \"Gold\" 4 RES 2\n")) << text;
+  EXPECT_TRUE(Contains(text, "MAT \"Gold\"\n0 0 0 N 20 1 1 100 100 0 0 0 Y extra words\n")) << text;
+  EXPECT_TRUE(Contains(text, "MAT \"Oxide\"\n1 0 1 N 22")) << text;
+}
+
+TEST_F(SweepsTest, BrokenElementsFailWithTheirLine) {
+  const std::string stack = std::string(kTwoLevelStack) + "NUM 1\n";
+  // The entry carries the detail's number where there is one; the element starts on line 12.
+  const struct {
+    std::string polygons;
+    int message;
+    int line;
+  } rows[] = {
+      {"MET ELM SPIRAL\nMAT A\n0 0 -1 N 20 1 1 100 100 0 0 0 Y\n", 6022, 15},
+      {"MET ELM SPIRAL\nMAT A\n0 0 -1 N 20 1 1 100 100 0 0 0 Y\nEND GEO\n", 6022, 15},
+      {"MET ELM SPIRAL\nEND\n", 6059, 13},
+      {"MET ELM SPIRAL\nMAT A\nx 0 -1 N 20 1 1\nEND\n", 6059, 14},
+      {"MET ELM SPIRAL\nMAT A\n0 0 q N 20 1 1\nEND\n", 6066, 14},
+      {"MET ELM SPIRAL\nMAT A\n0 0 -1 N -3 1 1\nEND\n", 6068, 14},
+      {"MET ELM SPIRAL\nMAT A\n0\nEND\n", 6065, 14},
+      {"MET ELM SPIRAL\nMAT A\n0 0 7 N 20 1 1 100 100 0 0 0 Y\nEND\n", 6121, 12},
+      {"MET ELM SPIRAL\nMAT A\n5 0 -1 N 20 1 1 100 100 0 0 0 Y\nEND\n", 6059, 12},
+  };
+  for (const auto& row : rows) {
+    const auto found = Failure(stack + row.polygons);
+    ASSERT_FALSE(found.empty()) << row.polygons;
+    EXPECT_EQ(found[0], std::make_pair(row.message, row.line)) << row.polygons;
+  }
 }
