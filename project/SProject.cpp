@@ -35,6 +35,7 @@
 #include <QFileInfo>
 
 #include <cmath>
+#include <memory>
 
 SCOLLECTABLE_DEFINE(SProject, SID_PROJECT, &SCollectable::staticTypeInfo())
 
@@ -436,6 +437,9 @@ bool SProject::ReadFile(SFile& file) {
   if (control->itsFMax.IsValid())
     itsHighestFrequency =
         control->itsFMax.GetValue() * GetDimensionBlock()->GetFactor(SDimensionBlock::Frequency);
+  if (GetFrequencyBlock()->IsPresent())
+    GetFrequencyBlock()->MoveToSweeps(*GetVariableSweepBlock(), control->HasOption("ReplaceFreqs"),
+                                      control->HasOption("AdditionalFreqs"));
   MoveParallelSubsToOptions();
   DropFrequencyOptions();
   return true;
@@ -543,6 +547,10 @@ bool SProject::WriteFile(SProjectStream& out) {
   else
     out << "FTYP VELORAPRJ " << number << " ! Velora Netlist Project File\n";
   out << "VER " << version << '\n';
+  // Older formats keep the plain frequency sweeps in FREQ; the guard puts the block back.
+  std::unique_ptr<SFrequencyBlock::SFromSweeps> frequencies;
+  if (format < SProjectFormat::kCurrent)
+    frequencies.reset(new SFrequencyBlock::SFromSweeps(*GetFrequencyBlock(), *GetVariableSweepBlock()));
   for (const QString& name : itsWriteOrder) {
     SFileBlock* block = itsBlocks.Find(SString(name));
     if (block && block->IsPresent() && !block->Write(out)) return false;

@@ -4,6 +4,10 @@
 
 #include "SCircuit.h"
 #include "SControlBlock.h"
+#include "SFrequencyBlock.h"
+#include "SFrequencyEntry.h"
+#include "SVariableSweep.h"
+#include "SVariableSweepBlock.h"
 #include "SGeometryBlock.h"
 #include "SMetalType.h"
 #include "SProjectErrorEntry.h"
@@ -218,4 +222,197 @@ TEST_F(SweepsTest, BrokenElementsFailWithTheirLine) {
     ASSERT_FALSE(found.empty()) << row.polygons;
     EXPECT_EQ(found[0], std::make_pair(row.message, row.line)) << row.polygons;
   }
+}
+
+// ---- frequency sweeps
+
+namespace {
+
+const std::string kEntries = kEveryFrequencyEntry;
+
+const std::string kSweepProject = "FTYP VELPROJ 16\nVER 16.54\nDIM\nFREQ MHZ\nEND DIM\nCONTROL\nVARSWP\nEND CONTROL\n"
+                                  "FREQ\n" + kEntries + "END FREQ\n"
+                                  "VARSWP\n"
+                                  "SWEEP 1 2 0.5\n"
+                                  "ABS 5 6\n"
+                                  "VAR W YN 1 2 5\n"
+                                  "VAR \"gap x\" N 0.5 UNDEF UNDEF\n"
+                                  "END\n"
+                                  "END VARSWP\n";
+
+std::string Expected(const char* name) {
+  QFile file(QString(GDS_SOURCE_DIR "/tests/project/expected/") + name);
+  if (!file.open(QIODevice::ReadOnly)) return "<missing>";
+  return file.readAll().toStdString();
+}
+
+}  // namespace
+
+TEST_F(SweepsTest, EveryFrequencyEntrySurvivesTheCurrentAndTheFormerFormat) {
+  const std::string current = RoundTrip(kSweepProject);
+  EXPECT_EQ(current, Expected("sweeps_current.vel"));
+  const std::string former = RoundTrip(kSweepProject, 20);
+  EXPECT_EQ(former, Expected("sweeps_former.vel"));
+  // Each form read gives the other back.
+  SProject fromCurrent;
+  ASSERT_TRUE(ReadText(fromCurrent, current));
+  SProjectFormat::SetWriteFormat(20);
+  EXPECT_EQ(WriteText(fromCurrent), former);
+  SProject fromFormer;
+  ASSERT_TRUE(ReadText(fromFormer, former));
+  EXPECT_EQ(WriteText(fromFormer), current);
+  // The write below 21 leaves the project as it was.
+  SProjectFormat::SetWriteFormat(20);
+  WriteText(fromFormer);
+  SProjectFormat::SetWriteFormat(SProjectFormat::kCurrent);
+  EXPECT_EQ(WriteText(fromFormer), current);
+  EXPECT_FALSE(fromFormer.GetFrequencyBlock()->IsPresent());
+}
+
+namespace {
+// The sweep block of a VARSWP body read in a project of its own.
+struct SReadSweeps {
+  SProject project;
+  SVariableSweepBlock* block = nullptr;
+  SVariableSweep* Set(size_t i) const { return block->Get(i); }
+  const SFrequencyEntry* Entry(size_t set, size_t i) const {
+    return static_cast<const SFrequencyEntry*>(Set(set)->GetEntries().at(i));
+  }
+};
+}  // namespace
+
+TEST_F(SweepsTest, SweepSetsReadInEveryForm) {
+  const struct {
+    const char* form;
+    const char* body;
+    size_t sets;
+    size_t entries;
+    const char* variables;
+  } rows[] = {
+      {"current", "SWPVARS ON\nENABLED N\nOVRCONTROL\nSIMPLE\nSPEED 2\nEND OVRCONTROL\nFREQ N AY STEP 3\n"
+                  "FREQ Y LSWEEP 1 2 3\nVAR W YS 1 2\nEND\nENABLED Y\nEND\n", 2, 2, "W:1:4"},
+      {"11 to 20", "SWEEP 1 2 0.5\nABS 5 6\nVAR W YC 1 2\nVAR L YE 1 UNDEF 4\nEND\n", 1, 2, "W:1:3 L:1:2"},
+      {"5 to 10", "STEP 1\nW YN 1 2 5\nL YG 2\nSTEP 2\nW YL 1 2 3\n", 2, 1, "W:1:1 L:1:5"},
+      {"3 and 4", "ABS 1 2\nABS 3 4\nY\nW Y 1 2 0.5\nABS 1 2\nN\nW N 1 2 0.5\n", 2, 2, "W:1:0"},
+      {"0 to 2", "SWEEP 1 2 1\nW Y 0 1 UNDEF\n", 1, 1, "W:1:0"},
+      {"empty set", "ENABLED Y\nEND\n", 1, 0, ""},
+  };
+  for (const auto& row : rows) {
+    SReadSweeps read;
+    ASSERT_TRUE(ReadText(read.project, std::string("FTYP VELPROJ 17\nVARSWP\n") + row.body + "END VARSWP\n"))
+        << row.form << "\n" << read.project.GetErrors().ErrorText().data();
+    read.block = read.project.GetVariableSweepBlock();
+    ASSERT_EQ(read.block->Count(), row.sets) << row.form;
+    EXPECT_EQ(read.Set(0)->GetEntries().entries(), row.entries) << row.form;
+    std::string variables;
+    const SSweptVariableSpecification& list = read.Set(0)->GetVariables();
+    for (size_t i = 0; i < list.Count(); ++i)
+      variables += (i ? " " : "") + std::string(list.Get(i)->data()) + ":" + std::to_string(list.Get(i)->itsInUse) +
+                   ":" + std::to_string(list.Get(i)->itsType);
+    EXPECT_EQ(variables, row.variables) << row.form;
+  }
+
+  SReadSweeps current;
+  ASSERT_TRUE(ReadText(current.project, std::string("FTYP VELPROJ 17\nVARSWP\n") + rows[0].body + "END VARSWP\n"));
+  current.block = current.project.GetVariableSweepBlock();
+  EXPECT_TRUE(current.block->GetEnabled());
+  EXPECT_FALSE(current.Set(0)->IsEnabled());
+  EXPECT_TRUE(current.Set(1)->IsEnabled());
+  ASSERT_NE(current.Set(0)->GetOverrideControl(), nullptr);
+  EXPECT_EQ(current.Set(0)->GetOverrideControl()->itsSpeed, 2);
+  EXPECT_FALSE(current.Entry(0, 0)->IsSelected());
+  EXPECT_TRUE(current.Entry(0, 0)->IsAdaptive());
+  EXPECT_TRUE(current.Entry(0, 1)->IsSelected());
+  EXPECT_FALSE(current.Entry(0, 1)->IsAdaptive());
+  EXPECT_EQ(current.Set(0)->GetVariables().GetKind(), SSweptVariableSpecification::SensitivitySweep);
+  EXPECT_TRUE(current.block->IsEnabled());
+  // Written as read, the override control and the empty set included.
+  const std::string text = WriteText(current.project);
+  EXPECT_TRUE(Contains(text, "VARSWP\nSWPVARS ON\nENABLED N\nOVRCONTROL\nSIMPLE\nOPTIONS \nSPEED 2\n")) << text;
+  EXPECT_TRUE(Contains(text, "END OVRCONTROL\nFREQ N AY STEP 3\nFREQ Y AN LSWEEP 1 2 3\nVAR W YS 1 2\nEND\n"
+                             "ENABLED Y\nEND\nEND VARSWP\n"))
+      << text;
+
+  SReadSweeps off;
+  ASSERT_TRUE(ReadText(off.project, "FTYP VELPROJ 17\nVARSWP\nSWPVARS OFF\nSTEP 1\nW Y 1 2 1\nEND VARSWP\n"));
+  EXPECT_FALSE(off.project.GetVariableSweepBlock()->IsEnabled());
+}
+
+TEST_F(SweepsTest, EveryVariableTypeKeepsItsLineAndUndefinedLimits) {
+  const std::string lines = "VAR a Y 1 2 0.25\n"
+                            "VAR b YN 1 2 3\n"
+                            "VAR c YE 1 100 4\n"
+                            "VAR d YC 0.5 1.5\n"
+                            "VAR e YS UNDEF 1.5\n"
+                            "VAR f YG 7\n"
+                            "VAR g YL 1 2.5 4\n"
+                            "VAR h N UNDEF UNDEF UNDEF\n";
+  const std::string body = "ENABLED Y\nFREQ Y AN STEP 1\n" + lines + "END\n";
+  const std::string text = RoundTrip("FTYP VELPROJ 17\nVARSWP\n" + body + "END VARSWP\n");
+  EXPECT_TRUE(Contains(text, "VARSWP\n" + body + "END VARSWP\n")) << text;
+  SReadSweeps read;
+  ASSERT_TRUE(ReadText(read.project, text));
+  const SSweptVariableSpecification& list = read.project.GetVariableSweepBlock()->Get(0)->GetVariables();
+  EXPECT_EQ(list.GetKind(), SSweptVariableSpecification::MixedSweep);
+  EXPECT_FALSE(list.Find("e")->itsStart.IsValid());
+  EXPECT_EQ(list.Find("g")->itsValues, (std::vector<double>{1, 2.5, 4}));
+  EXPECT_EQ(std::string(list.Find("b")->GetListText("mm").data()), "Lin: 1 to 2 mm");
+  EXPECT_EQ(std::string(list.Find("e")->GetListText("mm").data()), "Please double click to set up this sweep.");
+  EXPECT_EQ(std::string(list.Find("d")->GetListText("mm").data()), "Corner: min=0.5 max=1.5 nom=Undefined mm");
+
+  // Older formats: the set's shape by format, and below 9 the later types go unused.
+  const struct {
+    int format;
+    const char* body;
+  } older[] = {
+      {11, "STEP 1\nVAR a Y 1 2 0.25\nVAR f YG 7\nEND\n"},
+      {9, "STEP 1\na Y 1 2 0.25\nf YG 7\n"},
+      {8, "STEP 1\na Y 1 2 0.25\nf N 7 UNDEF UNDEF\n"},
+      {4, "STEP 1\nN\na Y 1 2 0.25\nf N 7 UNDEF UNDEF\n"},
+      {2, "STEP 1\na Y 1 2 0.25\nf N 7 UNDEF UNDEF\n"},
+  };
+  for (const auto& row : older) {
+    const std::string written = RoundTrip(
+        "FTYP VELPROJ 17\nVARSWP\nENABLED Y\nFREQ Y AN STEP 1\nVAR a Y 1 2 0.25\nVAR f YG 7\nEND\n"
+        "ENABLED Y\nFREQ Y AN STEP 9\nEND\nEND VARSWP\n",
+        row.format);
+    EXPECT_TRUE(Contains(written, std::string("VARSWP\n") + row.body + "END VARSWP\n")) << row.format << "\n" << written;
+    // The set that moves nothing gives its frequency to FREQ.
+    if (row.format >= 2) EXPECT_TRUE(Contains(written, "FREQ\nSTEP 9\nEND FREQ\n")) << row.format << "\n" << written;
+  }
+}
+
+TEST_F(SweepsTest, FrequencyOptionsGiveTheFrequenciesToTheParameterSetsOnce) {
+  const struct {
+    const char* options;
+    const char* parameterSet;
+  } rows[] = {
+      {"", "VARSWP\nSTEP 2\nVAR W Y 1 2 1\nEND\nEND VARSWP\n"},
+      {"AdditionalFreqs", "VARSWP\nSTEP 2\nSTEP 1\nVAR W Y 1 2 1\nEND\nEND VARSWP\n"},
+      {"ReplaceFreqs -a", "VARSWP\nSTEP 1\nSTEP 2\nVAR W Y 1 2 1\nEND\nEND VARSWP\n"},
+  };
+  for (const auto& row : rows) {
+    const std::string text = std::string("FTYP VELPROJ 16\nCONTROL\nABS\nOPTIONS ") + row.options +
+                             "\nEND CONTROL\nFREQ\nSTEP 1\nSTEP 2\nEND FREQ\nVARSWP\nSTEP 2\nVAR W Y 1 2 1\nEND\n"
+                             "END VARSWP\n";
+    const std::string written = RoundTrip(text, 20);
+    EXPECT_TRUE(Contains(written, "FREQ\nSTEP 1\nSTEP 2\nEND FREQ\n")) << row.options << "\n" << written;
+    EXPECT_TRUE(Contains(written, row.parameterSet)) << row.options << "\n" << written;
+    EXPECT_FALSE(Contains(written, "Freqs")) << written;
+  }
+}
+
+TEST_F(SweepsTest, AnUnreadableSweepSetStopsTheReadWith7137) {
+  SProject project;
+  EXPECT_FALSE(ReadText(project, "FTYP VELPROJ 17\nVARSWP\nENABLED Y\nFREQ Y AN STEP 1\nVAR W Q 1 2\nEND\n"
+                                 "END VARSWP\n"));
+  ASSERT_EQ(Messages(project, 7137).size(), 1u);
+  EXPECT_EQ(Messages(project, 7137)[0], "Unreadable sweep set at line 5.");
+  SProject badEntry;
+  EXPECT_FALSE(ReadText(badEntry, "FTYP VELPROJ 17\nVARSWP\nFREQ Y AN LSWEEP x\nEND\nEND VARSWP\n"));
+  EXPECT_EQ(Messages(badEntry, 7137).size(), 1u);
+  // A block with no set fails the check.
+  SProjectErrorManager errors;
+  EXPECT_FALSE(SVariableSweepBlock().Validate(errors));
+  EXPECT_TRUE(errors.Contains(7212));
 }
