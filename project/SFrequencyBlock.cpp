@@ -104,6 +104,9 @@ size_t SFrequencyBlock::CountFrequencies() const {
   return all.size();
 }
 
+// How the two options merge is ours to choose: ReplaceFreqs gives each parameter set the
+// block's entries in place of its own, AdditionalFreqs adds those a set lacks to its own.
+// Either way the block's entries also stay a set of their own, so nothing of it is lost.
 void SFrequencyBlock::MoveToSweeps(SVariableSweepBlock& sweeps, bool replace, bool additional) {
   if (replace || additional) {
     for (size_t i = 0; i < sweeps.Count(); ++i) {
