@@ -4,6 +4,7 @@
 #include "SCommentedFile.h"
 #include "SErrorMessages.h"
 #include "SHeaderBlock.h"
+#include "SInitializationFile.h"
 #include "SProject.h"
 #include "SProjectErrorEntry.h"
 #include "SProjectErrorManager.h"
@@ -15,9 +16,30 @@
 #include <QTextStream>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <string>
 #include <utility>
 #include <vector>
+
+// A settings file made the process's for the life of the object.
+class SettingsScope {
+public:
+  SettingsScope(const SString& path, const char* text) {
+    QFile file(path.qstring());
+    file.open(QIODevice::WriteOnly);
+    file.write(text);
+    file.close();
+    setenv("VELORA_INI_FILE", path.data(), 1);
+    SInitializationFile::DestroyGlobal();
+    SInitializationFile::CreateGlobal();
+  }
+  ~SettingsScope() {
+    SInitializationFile::DestroyGlobal();
+    unsetenv("VELORA_INI_FILE");
+  }
+  SettingsScope(const SettingsScope&) = delete;
+  SettingsScope& operator=(const SettingsScope&) = delete;
+};
 
 // A fixed clock, the message texts, the current write format, and a scratch directory.
 class ProjectTest : public ::testing::Test {

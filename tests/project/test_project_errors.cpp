@@ -26,24 +26,6 @@ void ExpectEntry(const SProject& project, size_t index, Expected expected) {
   EXPECT_EQ(entry->itsLine, expected.line) << entry->itsText.data();
 }
 
-// A settings file for the unknown-keyword rules, made the process's for one test.
-class SettingsScope {
-public:
-  SettingsScope(const SString& path, const char* text) {
-    QFile file(path.qstring());
-    file.open(QIODevice::WriteOnly);
-    file.write(text);
-    file.close();
-    setenv("VELORA_INI_FILE", path.data(), 1);
-    SInitializationFile::DestroyGlobal();
-    SInitializationFile::CreateGlobal();
-  }
-  ~SettingsScope() {
-    SInitializationFile::DestroyGlobal();
-    unsetenv("VELORA_INI_FILE");
-  }
-};
-
 }  // namespace
 
 TEST_F(ProjectTest, FilesThatCannotBeReadAsProjects) {

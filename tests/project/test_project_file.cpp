@@ -13,6 +13,7 @@
 #include "SParameterBlock.h"
 #include "SQsgBlock.h"
 #include "SSMDBlock.h"
+#include "SVariablePair.h"
 
 namespace {
 
@@ -209,7 +210,7 @@ TEST_F(ProjectTest, ReadValuesLandInTheBlocks) {
   EXPECT_EQ(control->itsResolutionMode, SControlBlock::ResolutionList);
   // The highest frequency is CFMAX in hertz.
   EXPECT_DOUBLE_EQ(project.GetHighestFrequency(), 12.5e6);
-  EXPECT_EQ(project.GetParameterBlock()->GetValue("long name"), SString("\"W*2\""));
+  EXPECT_EQ(project.GetParameterBlock()->GetSpecification().Find("long name")->Value().GetText(), SString("\"W*2\""));
   EXPECT_TRUE(project.GetQsgBlock()->Get(SQsgBlock::Import));
   EXPECT_FALSE(project.GetQsgBlock()->Get(SQsgBlock::Used));
   EXPECT_DOUBLE_EQ(project.Get3dOptionsBlock()->GetScale(1), 2.0);
@@ -331,11 +332,11 @@ TEST_F(ProjectTest, SmallBlocksWriteTheirShortForms) {
   ASSERT_TRUE(ReadText(third, "FTYP VELPROJ 17\nQSG\nIMPORT yes\nEND QSG\n"));
   EXPECT_FALSE(third.GetQsgBlock()->Get(SQsgBlock::Import));
 
-  // Parameters below format 9: name = value, without the named-value lines.
+  // Parameters below format 9: every entry as name = value, without a flag.
   SProject fourth;
   ASSERT_TRUE(ReadText(fourth, "FTYP VELORAPRJ 17\nVAR\nA = 1 false\nVALVAR B LNG 2 \"\"\nEND VAR\n"));
   SProjectFormat::SetWriteFormat(8);
-  EXPECT_TRUE(Contains(WriteText(fourth), "VAR\nA = 1\nEND VAR\n"));
+  EXPECT_TRUE(Contains(WriteText(fourth), "VAR\nA = 1\nB = 2\nEND VAR\n"));
 }
 
 TEST_F(ProjectTest, SavedFileReadsBackFromDiskWithItsDataDirectory) {
