@@ -6,7 +6,11 @@
 #include "SFileBlock.h"
 #include "SFrequencyEntry.h"
 #include "SProjectClassID.h"
+#include "SParameterBlock.h"
+#include "SProject.h"
 #include "SProjectErrorManager.h"
+#include "SVariablePair.h"
+#include "SVeloraError.h"
 
 SCOLLECTABLE_DEFINE(SVariableSweep, SID_VARIABLESWEEP, &SCollectable::staticTypeInfo())
 
@@ -64,7 +68,21 @@ bool SVariableSweep::ReadOverrideControl(SFile& file, SProjectErrorManager& erro
   return true;
 }
 
+bool SVariableSweep::StartWithProjectVariables() {
+  itsVariables.Clear();
+  SParameterBlock* parameters = itsProject != nullptr ? itsProject->GetParameterBlock() : nullptr;
+  if (parameters == nullptr || !parameters->IsPresent()) return false;
+  const SVariableSpecification& list = parameters->GetSpecification();
+  for (size_t i = 0; i < list.Count(); ++i) {
+    SSweptVariable* variable = new SSweptVariable(list.At(i)->GetName());
+    variable->itsNominal = SDoubleValid(list.At(i)->Value().GetValue());
+    itsVariables.Add(variable);
+  }
+  return true;
+}
+
 bool SVariableSweep::Read(SFile& file, SProjectErrorManager& errors) {
+  const bool known = StartWithProjectVariables();
   // Variable lines end the frequency part: a word that opens a set after them opens the next.
   bool variablesRead = false;
   bool listed = false;
@@ -113,15 +131,22 @@ bool SVariableSweep::Read(SFile& file, SProjectErrorManager& errors) {
       SString name, rest;
       if (!file.GetToken(name)) return false;
       file.GetRestOfLine(rest);
+      variablesRead = true;
+      SSweptVariable* projectVariable = itsVariables.Find(name);
+      if (known && projectVariable == nullptr) {
+        errors.AddError(SProjectErrorManager::Warning, SFileBlock::LineOf(file), 7350,
+                        VeloraMessageText(6183).data(), name.data());
+        if (!file.NextLine()) break;
+        continue;
+      }
       SSweptVariableSpecification& list = withWord ? listedVariables : itsVariables;
       listed = listed || withWord;
       SSweptVariable* variable = list.Find(name);
       if (variable == nullptr) {
-        variable = new SSweptVariable(name);
+        variable = projectVariable != nullptr ? new SSweptVariable(*projectVariable) : new SSweptVariable(name);
         list.Add(variable);
       }
       if (!variable->ReadValues(rest)) return false;
-      variablesRead = true;
     }
     if (!file.NextLine()) break;
   }

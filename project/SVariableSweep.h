@@ -53,6 +53,9 @@ public:
   void SetOverrideControl(SControlBlock* control);
 
 private:
+  // The project's named values, none in use; false when the project has no list of them
+  // (its variables live in GEO), and then every name read is taken.
+  bool StartWithProjectVariables();
   bool ReadEntry(SFile& file, bool selected, bool adaptive);
   bool ReadOverrideControl(SFile& file, SProjectErrorManager& errors);
   void WriteVariables(SProjectStream& out, int format, const char* prefix) const;

@@ -182,7 +182,10 @@ TEST_F(ProjectTest, EveryKeywordSurvivesAReadAndTwoWrites) {
                              "      10 9.8 1 0 0 0 0 \"Alumina\"\nLORGN 0 160 U\nNUM 1\n"));
   // Blocks still without their own reader come back line for line, in the write order.
   EXPECT_TRUE(Contains(once, "10 10\nEND\nEND GEO\nSUBDIV\nXDIR 10 \"a b\"\nEND SUBDIV\n"
-                             "OPT\nMAX 100\nVARS\nEND\nEND OPT\nVARSWP\nENABLED Y\nFREQ Y AN SWEEP 1 10 1\nEND\nEND VARSWP\n"
+                             "OPT\nMAX 100\nVARS\nEND\nEND OPT\nVARSWP\nENABLED Y\nFREQ Y AN SWEEP 1 10 1\n"
+                             // A sweep set starts with the project's values, none in use.
+                             "VAR W N UNDEF UNDEF UNDEF\nVAR \"long name\" N UNDEF UNDEF UNDEF\n"
+                             "VAR H N UNDEF UNDEF UNDEF\nEND\nEND VARSWP\n"
                              "FILEOUT\nTS D Y $BASENAME.s2p\nEND FILEOUT\nQSG\n"));
   EXPECT_TRUE(Contains(once, "END QSG\nINTERFACE\nLAYOUT on\nEND INTERFACE\nTRANSLATOR\nGDS one two\nEND TRANSLATOR\n"
                              "3DOPTIONS\n"));

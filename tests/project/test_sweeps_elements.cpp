@@ -416,3 +416,17 @@ TEST_F(SweepsTest, AnUnreadableSweepSetStopsTheReadWith7137) {
   EXPECT_FALSE(SVariableSweepBlock().Validate(errors));
   EXPECT_TRUE(errors.Contains(7212));
 }
+
+TEST_F(SweepsTest, ASweepSetStartsWithTheProjectsValuesAndSkipsUnknownNames) {
+  SReadSweeps read;
+  ASSERT_TRUE(ReadText(read.project, "FTYP VELPROJ 16\nVAR\nW = 2\nL = 3\nEND VAR\nVARSWP\nSTEP 1\nW Y 1 2 1\n"
+                                     "Q Y 1 2 1\nEND VARSWP\n"))
+      << read.project.GetErrors().ErrorText().data();
+  const SSweptVariableSpecification& list = read.project.GetVariableSweepBlock()->Get(0)->GetVariables();
+  ASSERT_EQ(list.Count(), 2u);
+  EXPECT_TRUE(list.Find("W")->itsInUse);
+  EXPECT_FALSE(list.Find("L")->itsInUse);
+  EXPECT_EQ(std::string(list.Find("L")->GetListText("mil").data()), "Fixed: 3 mil");
+  EXPECT_EQ(Messages(read.project, 7350), (std::vector<std::string>{"Variable not used by the sweep: Q"}));
+  EXPECT_EQ(read.project.GetErrors().GetSeverity(), SProjectErrorManager::Warning);
+}
