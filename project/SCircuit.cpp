@@ -9,6 +9,7 @@
 #include "SGeoVar.h"
 #include "SLevel.h"
 #include "SMarker.h"
+#include "SMetalElement.h"
 #include "SMaterialTypeData.h"
 #include "SMaterialTypeIO.h"
 #include "SMetalType.h"
@@ -145,7 +146,7 @@ template <class Visit> void WalkShapes(const SBaseEnclosure* root, bool recursiv
     const ClassID id = child->isA();
     if (id == SID_OBJECTENCLOSURE) {
       if (recursive) stack.emplace_back(child, 0);
-    } else if (id == SID_METALPOLYGON || id == SID_VIAPOLYGON || id == SID_BRICKPOLYGON) {
+    } else if (id == SID_METALPOLYGON || id == SID_VIAPOLYGON || id == SID_BRICKPOLYGON || id == SID_METALELEMENT) {
       visit(child);
     }
   }
@@ -181,7 +182,9 @@ bool SCircuit::IsMaterialUsed(const SMaterialTypeData* type) const {
   bool used = false;
   for (const SLevel* level : itsLevels) {
     WalkShapes(level, true, [&](const SBaseEnclosure* node) {
-      if (node->isA() != SID_BRICKPOLYGON && static_cast<const SMetalPolygon*>(node)->GetMaterial() == type)
+      if (node->isA() == SID_METALELEMENT)
+        used = used || static_cast<const SMetalElement*>(node)->UsesMaterial(type);
+      else if (node->isA() != SID_BRICKPOLYGON && static_cast<const SMetalPolygon*>(node)->GetMaterial() == type)
         used = true;
     });
     if (used) return true;
@@ -348,9 +351,10 @@ void SCircuit::WritePolygons(SProjectStream& out, int format) const {
     const int index = level->GetIndex();
     WalkShapes(level, true, [&](const SBaseEnclosure* node) {
       switch (node->isA()) {
-      case SID_VIAPOLYGON: static_cast<const SViaPolygon*>(node)->Write(out, index, format); break;
+      case SID_VIAPOLYGON: static_cast<const SViaPolygon*>(node)->Write(out, index, format, feet); break;
       case SID_BRICKPOLYGON: static_cast<const SBrickPolygon*>(node)->Write(out, index, format, feet); break;
-      default: static_cast<const SMetalPolygon*>(node)->Write(out, index, format); break;
+      case SID_METALELEMENT: static_cast<const SMetalElement*>(node)->Write(out); break;
+      default: static_cast<const SMetalPolygon*>(node)->Write(out, index, format, feet); break;
       }
     });
   }
@@ -584,12 +588,12 @@ bool SCircuit::ReadPolygons(SFile& file, SProjectErrorManager& errors, long long
     } else {
       second.clear();
     }
-    if ((upper == "MET" || upper == "BRI") && second.startsWith("ELM")) {
-      // Parametric elements are made by the drawing tools only.
-      return ReadFault(errors, file, 6024);
-    }
     const int lineNumber = static_cast<int>(file.LineCount());
-    if (upper == "BRI") {
+    if ((upper == "MET" || upper == "BRI") && second.startsWith("ELM")) {
+      SMetalElement* element = new SMetalElement;
+      ok = element->Read(file, errors, level);
+      shape = element;
+    } else if (upper == "BRI") {
       if (!file.NextLine()) return ReadFault(errors, file, 6065);
       SBrickPolygon* brick = new SBrickPolygon;
       ok = brick->Read(file, errors, level, FileLengthFactor());
@@ -615,6 +619,10 @@ bool SCircuit::ReadPolygons(SFile& file, SProjectErrorManager& errors, long long
       return false;
     }
     NoteId(shape->GetId());
+    if (shape->isA() == SID_METALELEMENT) {
+      owner->AddChild(shape);
+      continue;
+    }
     if (scanner && scanner->MayDrop(*shape)) {
       delete shape;
       continue;
@@ -637,24 +645,29 @@ bool SCircuit::BindMaterials(SProjectErrorManager& errors) {
     (child->isA() == SID_BRICKTYPE ? bricks : metals).insert(type->GetFileId(), type);
   }
   bool ok = true;
+  auto resolve = [&](const SBaseEnclosure* node, bool brick, int n) -> SMaterialTypeData* {
+    if (brick ? n <= 0 : n < 0) return nullptr;
+    SMaterialTypeData* type = (brick ? bricks : metals).value(brick ? n - 1 : n, nullptr);
+    if (type == nullptr && ok) {
+      errors.AddPrefixedError(SProjectErrorManager::Error,
+                              static_cast<int>(static_cast<const SEnclosure*>(node)->GetLine()), 6028, 6121);
+      ok = false;
+    }
+    return type;
+  };
   for (const SLevel* level : itsLevels) {
     WalkShapes(level, true, [&](const SBaseEnclosure* node) {
-      SShapeData* shape = node->isA() == SID_BRICKPOLYGON
-                              ? static_cast<SShapeData*>(const_cast<SBrickPolygon*>(static_cast<const SBrickPolygon*>(node)))
-                              : static_cast<SShapeData*>(const_cast<SMetalPolygon*>(static_cast<const SMetalPolygon*>(node)));
-      const int n = shape->GetFileMaterial();
-      const bool brick = node->isA() == SID_BRICKPOLYGON;
-      if (brick ? n <= 0 : n < 0) {
-        shape->SetMaterial(nullptr);
+      if (node->isA() == SID_METALELEMENT) {
+        SMetalElement* element = const_cast<SMetalElement*>(static_cast<const SMetalElement*>(node));
+        for (size_t i = 0; i < element->GetNumberOfPolygonLines(); ++i)
+          element->SetMaterial(i, resolve(node, element->IsBrick(), element->GetFileMaterial(i)));
         return;
       }
-      SMaterialTypeData* type = (brick ? bricks : metals).value(brick ? n - 1 : n, nullptr);
-      if (type == nullptr && ok) {
-        errors.AddPrefixedError(SProjectErrorManager::Error,
-                                static_cast<int>(static_cast<const SEnclosure*>(node)->GetLine()), 6028, 6121);
-        ok = false;
-      }
-      shape->SetMaterial(type);
+      const bool brick = node->isA() == SID_BRICKPOLYGON;
+      SShapeData* shape = brick
+                              ? static_cast<SShapeData*>(const_cast<SBrickPolygon*>(static_cast<const SBrickPolygon*>(node)))
+                              : static_cast<SShapeData*>(const_cast<SMetalPolygon*>(static_cast<const SMetalPolygon*>(node)));
+      shape->SetMaterial(resolve(node, brick, shape->GetFileMaterial()));
     });
   }
   return ok;

@@ -7,6 +7,8 @@
 #include "SProjectClassID.h"
 #include "SProjectErrorManager.h"
 #include "SRegexp.h"
+#include "SVariableSweep.h"
+#include "SVariableSweepBlock.h"
 
 #include <algorithm>
 
@@ -100,4 +102,59 @@ size_t SFrequencyBlock::CountFrequencies() const {
   std::vector<double> all;
   GetAllFrequencies(all);
   return all.size();
+}
+
+// How the two options merge is ours to choose: ReplaceFreqs gives each parameter set the
+// block's entries in place of its own, AdditionalFreqs adds those a set lacks to its own.
+// Either way the block's entries also stay a set of their own, so nothing of it is lost.
+void SFrequencyBlock::MoveToSweeps(SVariableSweepBlock& sweeps, bool replace, bool additional) {
+  if (replace || additional) {
+    for (size_t i = 0; i < sweeps.Count(); ++i) {
+      SVariableSweep* sweep = sweeps.Get(i);
+      if (!sweep->HasVariableInUse()) continue;
+      if (replace) {
+        SOrdered old;
+        sweep->TakeEntries(old);
+        old.clearAndDestroy();
+      }
+      for (const SCollectable* item : itsEntries) {
+        const SFrequencyEntry* entry = static_cast<const SFrequencyEntry*>(item);
+        bool known = false;
+        for (const SCollectable* mine : sweep->GetEntries())
+          known = known || static_cast<const SFrequencyEntry*>(mine)->Compare(*entry);
+        if (!known) sweep->AddEntry(entry->Clone());
+      }
+    }
+  }
+  SVariableSweep* frequencies = new SVariableSweep(itsOwner);
+  for (SCollectable* entry : itsEntries) frequencies->AddEntry(static_cast<SFrequencyEntry*>(entry));
+  itsEntries.clear();
+  sweeps.Insert(0, frequencies);
+  sweeps.SetPresent(true);
+  SetPresent(false);
+}
+
+SFrequencyBlock::SFromSweeps::SFromSweeps(SFrequencyBlock& block, const SVariableSweepBlock& sweeps)
+    : itsBlock(block), itsWasPresent(block.IsPresent()) {
+  SOrdered fromSweeps;
+  for (size_t i = 0; i < sweeps.Count(); ++i) {
+    const SVariableSweep* sweep = sweeps.Get(i);
+    if (sweep->HasVariableInUse()) continue;
+    for (const SCollectable* entry : sweep->GetEntries())
+      fromSweeps.append(static_cast<const SFrequencyEntry*>(entry)->Clone());
+  }
+  // A block that no set speaks for stays as it is.
+  itsSwapped = fromSweeps.entries() > 0;
+  if (!itsSwapped) return;
+  for (SCollectable* entry : block.itsEntries) itsSaved.append(entry);
+  block.itsEntries.clear();
+  for (SCollectable* entry : fromSweeps) block.itsEntries.append(entry);
+  block.SetPresent(true);
+}
+
+SFrequencyBlock::SFromSweeps::~SFromSweeps() {
+  if (!itsSwapped) return;
+  itsBlock.itsEntries.clearAndDestroy();
+  for (SCollectable* entry : itsSaved) itsBlock.itsEntries.append(entry);
+  itsBlock.SetPresent(itsWasPresent);
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 class SFrequencyEntry;
+class SVariableSweepBlock;
 
 // FREQ: the frequencies of an analysis in the older formats. The current format keeps them
 // as sweeps, so the project never writes this block at format 21.
@@ -35,6 +36,27 @@ public:
   size_t CountFrequencies() const;
   // An entry implied an adaptive sweep (AUTO, FINDMIN, FINDMAX).
   bool IsChanged() const { return itsChanged; }
+
+  // Read: the block's entries become a sweep set of their own at the head of `sweeps`, and
+  // the block is no longer present. The options ReplaceFreqs and AdditionalFreqs of CONTROL
+  // also give them to the sets that move variables.
+  void MoveToSweeps(SVariableSweepBlock& sweeps, bool replace, bool additional);
+
+  // For the time of a write below format 21: the block holds the entries of the sweep sets
+  // that move no variable, and is present when there are any; then it is as it was.
+  class SFromSweeps {
+  public:
+    SFromSweeps(SFrequencyBlock& block, const SVariableSweepBlock& sweeps);
+    ~SFromSweeps();
+    SFromSweeps(const SFromSweeps&) = delete;
+    SFromSweeps& operator=(const SFromSweeps&) = delete;
+
+  private:
+    SFrequencyBlock& itsBlock;
+    SOrdered itsSaved;
+    bool itsWasPresent;
+    bool itsSwapped = false;
+  };
 
 private:
   // A word of the older form of a frequency unit ("GHZ", "MHz", ...) sets the project's unit.

@@ -29,6 +29,12 @@ public:
   virtual SString GetDescription() const = 0;
   virtual void Scale(double ratio) = 0;
   SFrequencyEntry* Clone() const { return static_cast<SFrequencyEntry*>(copy()); }
+
+  // In a sweep set: the entry takes part ("FREQ Y"), and it runs adaptively ("AY").
+  bool IsSelected() const { return itsSelected; }
+  void SetSelected(bool on) { itsSelected = on; }
+  bool IsAdaptive() const { return itsAdaptive; }
+  void SetAdaptive(bool on) { itsAdaptive = on; }
   // Same class and same written line.
   bool Compare(const SFrequencyEntry& other) const;
 
@@ -39,6 +45,9 @@ public:
   static void WriteValue(SProjectStream& out, const SDoubleValid& value);
 
 protected:
+  bool itsSelected = true;
+  bool itsAdaptive = false;
+
   // For the descriptions and unit changes of the entries.
   static SString NumberText(double value);
   static void ScaleValue(SDoubleValid& value, double ratio);

@@ -497,6 +497,14 @@ void WriteConductiveLoss(SProjectStream& out, const SValueVarDouble& value, bool
   out << ' ';
 }
 
+void WriteLength(SProjectStream& out, const SValueVarDouble& value, const SDimensionBlock* dim) {
+  const double factor = dim != nullptr ? dim->ToFileLength(1.0) : 1.0;
+  if (factor == 1.0 || value.HasEquation()) return value.WriteValue(out);
+  SValueVarDouble scaled(value);
+  scaled.SetValue(value.GetValue() * factor);
+  scaled.WriteValue(out);
+}
+
 void WriteCovers(SProjectStream& out, SCircuit& circuit, int format) {
   SMetalType* covers[] = {circuit.GetTopMetal(), circuit.GetBottomMetal()};
   for (int which = 0; which < 2; ++which) {

@@ -46,6 +46,8 @@ void ResolveViaLinks(SCircuit& circuit);
 void WriteConductiveLoss(SProjectStream& out, const SValueVarDouble& value, bool infinite, int lossCode,
                          const SValueVarDouble* thickness, int format, const SDimensionBlock* dim,
                          bool streamDigits);
+// A length of a type as a value, in the file's length unit (older feet files hold inches).
+void WriteLength(SProjectStream& out, const SValueVarDouble& value, const SDimensionBlock* dim);
 }  // namespace SMaterialTypeIO
 
 #endif

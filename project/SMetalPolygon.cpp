@@ -56,11 +56,11 @@ void SMetalPolygon::WriteGroupLine(SProjectStream& out, int format) const {
   out << '\n';
 }
 
-void SMetalPolygon::Write(SProjectStream& out, int level, int format) const {
+void SMetalPolygon::Write(SProjectStream& out, int level, int format, double lengthFactor) const {
   WriteHeader(out, level, MaterialNumber(), static_cast<unsigned long long>(itsId), format);
   WriteExtras(out, format);
   WriteGroupLine(out, format);
-  WriteVertices(out);
+  WriteVertices(out, lengthFactor);
 }
 
 bool SMetalPolygon::Read(SFile& file, SProjectErrorManager& errors, long long& level) {
@@ -113,7 +113,7 @@ const char* SViaPolygon::FillWord(int fill, int format) {
   return SWordTable::WordOf(kFillWords, fill, kFillWords[Legacy]);
 }
 
-void SViaPolygon::Write(SProjectStream& out, int level, int format) const {
+void SViaPolygon::Write(SProjectStream& out, int level, int format, double lengthFactor) const {
   if (format >= 3) out << "VIA POLYGON\n";
   WriteHeader(out, level, MaterialNumber(), static_cast<unsigned long long>(itsId), format);
   if (format >= 3) {
@@ -123,7 +123,7 @@ void SViaPolygon::Write(SProjectStream& out, int level, int format) const {
   }
   WriteExtras(out, format);
   WriteGroupLine(out, format);
-  WriteVertices(out);
+  WriteVertices(out, lengthFactor);
 }
 
 bool SViaPolygon::ReadToLevel(SFile& file, SProjectErrorManager& errors) {
@@ -183,7 +183,7 @@ void SBrickPolygon::Write(SProjectStream& out, int level, int format, double len
   const int material = itsMaterial == nullptr || itsMaterial->GetFileId() < 0 ? 0 : itsMaterial->GetFileId() + 1;
   WriteHeader(out, level, material, static_cast<unsigned long long>(itsId), format, lengthFactor);
   WriteExtras(out, format);
-  WriteVertices(out);
+  WriteVertices(out, lengthFactor);
 }
 
 bool SBrickPolygon::Read(SFile& file, SProjectErrorManager& errors, long long& level, double lengthFactor) {

@@ -47,7 +47,8 @@ public:
   int GetOutputFlag() const { return itsOutputFlag; }
   void SetOutputFlag(int flag) { itsOutputFlag = flag; }
 
-  virtual void Write(SProjectStream& out, int level, int format) const;
+  // `lengthFactor` as for SPolygonData::WriteVertices.
+  virtual void Write(SProjectStream& out, int level, int format, double lengthFactor = 1.0) const;
   // From the polygon line (not yet consumed) to its END line.
   virtual bool Read(SFile& file, SProjectErrorManager& errors, long long& level);
 

@@ -61,6 +61,12 @@ void Field(SProjectStream& out, const SValueVarDouble& value) {
   value.WriteValue(out);
   out << ' ';
 }
+
+// A length in the file's unit: older feet files hold inches.
+void LengthField(SProjectStream& out, const SValueVarDouble& value, const SDimensionBlock* dim) {
+  SMaterialTypeIO::WriteLength(out, value, dim);
+  out << ' ';
+}
 }  // namespace
 
 SString SMetalType::Describe() const {
@@ -113,9 +119,9 @@ void SMetalType::Write(SProjectStream& out, int format, const SDimensionBlock* d
     // ROG: ratio, bottom roughness, sheets, thickness, roughness model, conductivity.
     out << "ROG ";
     Field(out, itsCurrentRatio);
-    Field(out, itsBottomRoughness);
+    LengthField(out, itsBottomRoughness, dim);
     out << (thin ? 1 : 2) << ' ';
-    Field(out, itsThickness);
+    LengthField(out, itsThickness, dim);
     out << (itsRoughnessModel == 1 ? "RR " : "SR ");
     conductivity();
     out << '\n';
@@ -125,13 +131,13 @@ void SMetalType::Write(SProjectStream& out, int format, const SDimensionBlock* d
   switch (model) {
   case Normal:
     conductivity();
-    Field(out, itsThickness);
+    LengthField(out, itsThickness, dim);
     Field(out, itsCurrentRatio);
     if (lossWord) out << ' ' << itsLossType.Keyword();
     break;
   case ThickMetal:
     conductivity();
-    Field(out, itsThickness);
+    LengthField(out, itsThickness, dim);
     Field(out, itsCurrentRatio);
     if (format >= 15)
       itsNumSheets.WriteValue(out);
@@ -155,8 +161,8 @@ void SMetalType::Write(SProjectStream& out, int format, const SDimensionBlock* d
   case Rough:
     out << (thin ? "THN " : "THK ");
     conductivity();
-    for (const SValueVarDouble* v : {&itsCurrentRatio, &itsTopRoughness, &itsBottomRoughness, &itsThickness})
-      Field(out, *v);
+    Field(out, itsCurrentRatio);
+    for (const SValueVarDouble* v : {&itsTopRoughness, &itsBottomRoughness, &itsThickness}) LengthField(out, *v, dim);
     if (lossWord) out << itsLossType.Keyword();
     if (!thin && itsThickDirection == 1) out << " TDWN";
     break;

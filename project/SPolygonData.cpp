@@ -123,7 +123,7 @@ void SPolygonData::WriteExtras(SProjectStream& out, int format) const {
   if (itsExtras && !itsExtras->itsUserText.isEmpty()) out << "USER_DAT " << SString(itsExtras->itsUserText) << '\n';
 }
 
-void SPolygonData::WriteVertices(SProjectStream& out) const {
+void SPolygonData::WriteVertices(SProjectStream& out, double lengthFactor) const {
   // Outlines repeat coordinates (a Manhattan one all but one of the point before, and the
   // closing point the first): a value with the bits of the last in its axis keeps its text.
   struct Axis {
@@ -143,9 +143,9 @@ void SPolygonData::WriteVertices(SProjectStream& out) const {
     out.Append(axis.text, static_cast<size_t>(axis.length));
   };
   auto line = [&](const SPoint& p) {
-    put(x, p.x());
+    put(x, p.x() * lengthFactor);
     out << ' ';
-    put(y, p.y());
+    put(y, p.y() * lengthFactor);
     out << '\n';
   };
   for (const SPoint& p : itsVertices) line(p);

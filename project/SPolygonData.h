@@ -79,7 +79,8 @@ public:
   // TLAYNAM and USER_DAT lines.
   void WriteExtras(SProjectStream& out, int format) const;
   // Vertices, the closing one, END.
-  void WriteVertices(SProjectStream& out) const;
+  // `lengthFactor` gives the points in the file's length unit (older feet files).
+  void WriteVertices(SProjectStream& out, double lengthFactor = 1.0) const;
 
   // The polygon line from its first token; the file moves to the next line.
   bool ReadHeader(SFile& file, SProjectErrorManager& errors, long long& level, int& points, long long& id,

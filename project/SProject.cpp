@@ -38,6 +38,9 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cmath>
+#include <memory>
+
 SCOLLECTABLE_DEFINE(SProject, SID_PROJECT, &SCollectable::staticTypeInfo())
 
 namespace {
@@ -440,10 +443,40 @@ bool SProject::ReadFile(SFile& file) {
   if (control->itsFMax.IsValid())
     itsHighestFrequency =
         control->itsFMax.GetValue() * GetDimensionBlock()->GetFactor(SDimensionBlock::Frequency);
-  // The frequencies of a FREQ block become sweeps once the sweep block reads them; until
-  // then the block stays as read.
+  if (GetFrequencyBlock()->IsPresent())
+    GetFrequencyBlock()->MoveToSweeps(*GetVariableSweepBlock(), control->HasOption("ReplaceFreqs"),
+                                      control->HasOption("AdditionalFreqs"));
+  MoveParallelSubsToOptions();
   DropFrequencyOptions();
   return true;
+}
+
+// The current format keeps no parallel subsection lengths in GEO: they live on as speed
+// options, which the analysis reads instead.
+void SProject::MoveParallelSubsToOptions() {
+  SCircuit* circuit = GetGeometryBlock()->GetCircuit();
+  if (circuit == nullptr || GetProjectType() == NetlistProject) return;
+  static const struct {
+    int side;
+    const char* option;
+  } kSides[] = {{SBoxSide::Left, "Zpsubleft"},
+                {SBoxSide::Top, "Zpsubtop"},
+                {SBoxSide::Right, "Zpsubright"},
+                {SBoxSide::Bottom, "Zpsubbot"}};
+  SControlBlock* control = GetControlBlock();
+  bool added = false;
+  for (const auto& side : kSides) {
+    const double length = circuit->GetParallelSubs(side.side);
+    if (std::fabs(length) <= 1e-12) continue;
+    control->AddOption(SString::format("%s%g", side.option, length));
+    added = true;
+  }
+  if (!added) return;
+  control->ConvertOptions();
+  const char* help = itsProjectType == NetFile
+                         ? "\"qthelp://main_help/doc/CircuitParallelSubs.html\""
+                         : "<a href=\"qthelp://main_help/doc/CircuitParallelSubs.html\"> help </a>";
+  itsErrors.AddError(SProjectErrorManager::Warning, -1, 6041, help);
 }
 
 void SProject::DropFrequencyOptions() {
@@ -520,6 +553,10 @@ bool SProject::WriteFile(SProjectStream& out) {
   else
     out << "FTYP VELORAPRJ " << number << " ! Velora Netlist Project File\n";
   out << "VER " << version << '\n';
+  // Older formats keep the plain frequency sweeps in FREQ; the guard puts the block back.
+  std::unique_ptr<SFrequencyBlock::SFromSweeps> frequencies;
+  if (format < SProjectFormat::kCurrent)
+    frequencies.reset(new SFrequencyBlock::SFromSweeps(*GetFrequencyBlock(), *GetVariableSweepBlock()));
   for (const QString& name : itsWriteOrder) {
     SFileBlock* block = itsBlocks.Find(SString(name));
     if (block && block->IsPresent() && !block->Write(out)) return false;

@@ -180,6 +180,8 @@ protected:
   // Blocks with data, in creation order.
   std::vector<SFileBlock*> PresentBlocks();
   static int LineOfFile(const SFile& file);
+  // The steps of a read that carry older content into its current place.
+  void MoveParallelSubsToOptions();
   void DropFrequencyOptions();
 
   SVeloraFileName itsFileName;

@@ -103,7 +103,7 @@ void SViaMetalType::Write(SProjectStream& out, int format, const SDimensionBlock
     out << "VOL ";
     conductivity();
     if (itsIsSolid) out << "SOLID ";
-    itsWallThickness.WriteValue(out);
+    SMaterialTypeIO::WriteLength(out, itsWallThickness, dim);
     if (lossWord) out << ' ' << itsLossType.Keyword();
     break;
   }

@@ -50,7 +50,7 @@ public:
   void SetCovers(bool on) { itsCovers = on ? 1 : 0; }
   static const char* FillWord(int fill, int format);
 
-  void Write(SProjectStream& out, int level, int format) const override;
+  void Write(SProjectStream& out, int level, int format, double lengthFactor = 1.0) const override;
   bool Read(SFile& file, SProjectErrorManager& errors, long long& level) override;
 
 private:

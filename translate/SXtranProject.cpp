@@ -47,7 +47,7 @@ SPolygonData* ShapeOf(SEnclosure* object)
 bool IsShape(const SBaseEnclosure* node)
 {
     const ClassID id = node->isA();
-    return id == SID_METALPOLYGON || id == SID_VIAPOLYGON || id == SID_BRICKPOLYGON;
+    return id == SID_METALPOLYGON || id == SID_VIAPOLYGON || id == SID_BRICKPOLYGON || id == SID_METALELEMENT;
 }
 
 bool SameName(const SString& a, const SString& b, bool ignoreCase)

@@ -113,6 +113,33 @@ protected:
   QTemporaryDir itsDir;
 };
 
+// The covers, the box and two dielectric lines: the least a GEO block holds.
+inline const char* const kTwoLevelStack =
+    "TMET \"Lossless\" 0 SUP 0 0 0 0\n"
+    "BMET \"Lossless\" 0 SUP 0 0 0 0\n"
+    "BOX 1 160 160 32 32 20 0\n"
+    "      0 1 1 0 0 0 0 \"Unnamed\"\n"
+    "      0 1 1 0 0 0 0 \"Unnamed\"\n";
+
+// One line of each kind of frequency entry, as they are written.
+inline const char* const kEveryFrequencyEntry =
+    "SWEEP 1 10 0.5\n"
+    "SIMPLE 2 4 1\n"
+    "STEP 3.5\n"
+    "LSWEEP 1 2 11\n"
+    "ESWEEP 1 100 3\n"
+    "ABS_ENTRY UNK 9 0.25\n"
+    "AWRFBS 1 2\n"
+    "ABS_FMIN 1 3\n"
+    "ABS_FMAX 2 4\n"
+    "AUTO NET=amp S21 N=5 MAX=50 1 2 0.01\n"
+    "FINDMIN S11 N=1 MAX=2 1 2 UNK\n"
+    "FINDMAX S12 N=3 MAX=4 5 6 0.1\n"
+    "LIST 1 2 3.25\n"
+    "DC_FREQ AUTO\n"
+    "DC_FREQ MAN 5\n"
+    "FILE \"my freqs.eff\"\n";
+
 // A project of one GEO block, and the reading and writing of such blocks.
 class GeoTest : public ProjectTest {
 protected:

@@ -18,12 +18,7 @@
 
 namespace {
 
-const char* const kStack =
-    "TMET \"Lossless\" 0 SUP 0 0 0 0\n"
-    "BMET \"Lossless\" 0 SUP 0 0 0 0\n"
-    "BOX 1 160 160 32 32 20 0\n"
-    "      0 1 1 0 0 0 0 \"Unnamed\"\n"
-    "      0 1 1 0 0 0 0 \"Unnamed\"\n";
+const char* const kStack = kTwoLevelStack;
 
 const char* const kOrigin = "LORGN 0 160 U\n";
 

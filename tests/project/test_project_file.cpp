@@ -6,6 +6,8 @@
 #include "SControlBlock.h"
 #include "SDimensionBlock.h"
 #include "SFrequencyBlock.h"
+#include "SVariableSweep.h"
+#include "SVariableSweepBlock.h"
 #include "SGeometryBlock.h"
 #include "SInfoBlock.h"
 #include "SParameterBlock.h"
@@ -180,7 +182,10 @@ TEST_F(ProjectTest, EveryKeywordSurvivesAReadAndTwoWrites) {
                              "      10 9.8 1 0 0 0 0 \"Alumina\"\nLORGN 0 160 U\nNUM 1\n"));
   // Blocks still without their own reader come back line for line, in the write order.
   EXPECT_TRUE(Contains(once, "10 10\nEND\nEND GEO\nSUBDIV\nXDIR 10 \"a b\"\nEND SUBDIV\n"
-                             "OPT\nMAX 100\nVARS\nEND\nEND OPT\nVARSWP\nSWEEP 1 10 1\nEND VARSWP\n"
+                             "OPT\nMAX 100\nVARS\nEND\nEND OPT\nVARSWP\nENABLED Y\nFREQ Y AN SWEEP 1 10 1\n"
+                             // A sweep set starts with the project's values, none in use.
+                             "VAR W N UNDEF UNDEF UNDEF\nVAR \"long name\" N UNDEF UNDEF UNDEF\n"
+                             "VAR H N UNDEF UNDEF UNDEF\nEND\nEND VARSWP\n"
                              "FILEOUT\nTS D Y $BASENAME.s2p\nEND FILEOUT\nQSG\n"));
   EXPECT_TRUE(Contains(once, "END QSG\nINTERFACE\nLAYOUT on\nEND INTERFACE\nTRANSLATOR\nGDS one two\nEND TRANSLATOR\n"
                              "3DOPTIONS\n"));
@@ -250,7 +255,8 @@ TEST_F(ProjectTest, OlderFormsReadAndWriteInTheCurrentForm) {
   EXPECT_EQ(project.GetHeaderBlock()->GetVersionText(), SString("9.0"));
   // The comment handling is off for the names of a built-by line.
   EXPECT_EQ(project.GetHeaderBlock()->GetCreatedProgram(), SString("tool!x"));
-  EXPECT_EQ(project.GetFrequencyBlock()->GetEntries().entries(), 2u);
+  ASSERT_NE(project.GetVariableSweepBlock()->Get(0), nullptr);
+  EXPECT_EQ(project.GetVariableSweepBlock()->Get(0)->GetEntries().entries(), 2u);
   SControlBlock* control = project.GetControlBlock();
   EXPECT_EQ(control->itsAnalysisType, SControlBlock::Frequency);
   // The legacy rules drop the old speed option and quad, each with a warning.
