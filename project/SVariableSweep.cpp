@@ -1,14 +1,17 @@
 #include "SVariableSweep.h"
 
 #include "SABSSweep.h"
+#include "SCircuit.h"
 #include "SControlBlock.h"
 #include "SFile.h"
 #include "SFileBlock.h"
 #include "SFrequencyEntry.h"
-#include "SProjectClassID.h"
+#include "SGeometryBlock.h"
 #include "SParameterBlock.h"
 #include "SProject.h"
+#include "SProjectClassID.h"
 #include "SProjectErrorManager.h"
+#include "SVariable.h"
 #include "SVariablePair.h"
 #include "SVeloraError.h"
 
@@ -70,10 +73,25 @@ bool SVariableSweep::ReadOverrideControl(SFile& file, SProjectErrorManager& erro
 
 bool SVariableSweep::StartWithProjectVariables() {
   itsVariables.Clear();
-  SParameterBlock* parameters = itsProject != nullptr ? itsProject->GetParameterBlock() : nullptr;
-  if (parameters == nullptr || !parameters->IsPresent()) return false;
+  if (itsProject == nullptr) return false;
+  bool known = false;
+  // A layout's variables are the circuit's; the VAR block's count too, so that a set never
+  // drops a name that either holds.
+  if (SCircuit* circuit = itsProject->GetGeometryBlock()->IsPresent() ? itsProject->GetCircuit() : nullptr) {
+    std::vector<SVariable*> variables;
+    circuit->GetVariables(variables);
+    for (const SVariable* source : variables) {
+      SSweptVariable* variable = new SSweptVariable(source->GetName());
+      variable->itsNominal = SDoubleValid(source->GetValue());
+      itsVariables.Add(variable);
+    }
+    known = true;
+  }
+  SParameterBlock* parameters = itsProject->GetParameterBlock();
+  if (parameters == nullptr || !parameters->IsPresent()) return known;
   const SVariableSpecification& list = parameters->GetSpecification();
   for (size_t i = 0; i < list.Count(); ++i) {
+    if (itsVariables.Find(list.At(i)->GetName()) != nullptr) continue;
     SSweptVariable* variable = new SSweptVariable(list.At(i)->GetName());
     variable->itsNominal = SDoubleValid(list.At(i)->Value().GetValue());
     itsVariables.Add(variable);

@@ -42,7 +42,7 @@ public:
   void SetEnabled(bool on) { itsEnabled = on; }
   // The block is switched on and some set moves a variable.
   bool IsEnabled() const;
-  void RenameVariable(const SString& oldName, const SString& newName);
+  void RenameVariable(const SString& oldName, const SString& newName) override;
 
 private:
   SOrdered itsSweeps;

@@ -378,7 +378,9 @@ TEST_F(SweepsTest, EveryVariableTypeKeepsItsLineAndUndefinedLimits) {
         row.format);
     EXPECT_TRUE(Contains(written, std::string("VARSWP\n") + row.body + "END VARSWP\n")) << row.format << "\n" << written;
     // The set that moves nothing gives its frequency to FREQ.
-    if (row.format >= 2) EXPECT_TRUE(Contains(written, "FREQ\nSTEP 9\nEND FREQ\n")) << row.format << "\n" << written;
+    if (row.format >= 2) {
+      EXPECT_TRUE(Contains(written, "FREQ\nSTEP 9\nEND FREQ\n")) << row.format << "\n" << written;
+    }
   }
 }
 
