@@ -127,6 +127,8 @@ void SFrequencyBlock::MoveToSweeps(SVariableSweepBlock& sweeps, bool replace, bo
     }
   }
   SVariableSweep* frequencies = new SVariableSweep(itsOwner);
+  // Like any new set, it lists the project's variables, none of them swept.
+  frequencies->StartWithProjectVariables();
   for (SCollectable* entry : itsEntries) frequencies->AddEntry(static_cast<SFrequencyEntry*>(entry));
   itsEntries.clear();
   sweeps.Insert(0, frequencies);

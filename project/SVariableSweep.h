@@ -51,11 +51,11 @@ public:
   SControlBlock* GetOverrideControl() const { return itsOverride.get(); }
   // Takes ownership; null removes it.
   void SetOverrideControl(SControlBlock* control);
+  // The project's named values (the circuit's and the VAR block's), none in use; false when
+  // the project has no list of them, and then every name read is taken.
+  bool StartWithProjectVariables();
 
 private:
-  // The project's named values, none in use; false when the project has no list of them
-  // (its variables live in GEO), and then every name read is taken.
-  bool StartWithProjectVariables();
   bool ReadEntry(SFile& file, bool selected, bool adaptive);
   bool ReadOverrideControl(SFile& file, SProjectErrorManager& errors);
   void WriteVariables(SProjectStream& out, int format, const char* prefix) const;

@@ -243,3 +243,39 @@ TEST_F(GeoVariablesTest, NamesAnEquationCannotUseAreRepairedAndMadeUnique) {
 }
 
 }  // namespace
+
+namespace {
+
+std::string SourceFile(const char* path) {
+  QFile file(QString(GDS_SOURCE_DIR "/tests/project/") + path);
+  if (!file.open(QIODevice::ReadOnly)) return "<missing>";
+  return file.readAll().toStdString();
+}
+
+// A project as a designer keeps it: variables of every kind with their constraints, a
+// dimension parameter and a dimension, frequencies in the older block, parallel subsection
+// lengths and an element. It is read where it lies, beside the table its equation names.
+TEST_F(GeoVariablesTest, ADesignersProjectComesBackAsTheCurrentFormatHoldsIt) {
+  SProject project;
+  project.SetFileName(SString(GDS_SOURCE_DIR "/tests/project/data/designer.vel"));
+  project.SetProjectType(SProject::GeoFile);
+  ASSERT_TRUE(project.Read(0)) << project.GetErrors().ErrorText().data();
+  // One warning, for the parallel subsections; the table exists, every equation works out.
+  const SProjectErrorManager& errors = project.GetErrors();
+  ASSERT_EQ(errors.Count(), 1u) << errors.ErrorText().data();
+  EXPECT_EQ(errors.Entry(0)->itsMessageId, 6041);
+  SCircuit* circuit = project.GetGeometryBlock()->GetCircuit();
+  EXPECT_TRUE(circuit->GetErrorText().isEmpty()) << circuit->GetErrorText().data();
+  EXPECT_DOUBLE_EQ(circuit->FindVariable("Len")->GetValue(), 21.5);
+  EXPECT_DOUBLE_EQ(circuit->FindVariable("Eps")->GetValue(), 9.9);
+  EXPECT_TRUE(circuit->FindVariable("Fq")->IsFrequencyDependent());
+
+  const std::string written = WriteText(project);
+  EXPECT_EQ(written, SourceFile("expected/designer.vel"));
+  // What the current format holds reads back to itself.
+  SProject again;
+  EXPECT_TRUE(ReadText(again, written, "designer.vel")) << again.GetErrors().ErrorText().data();
+  EXPECT_EQ(WriteText(again), written);
+}
+
+}  // namespace
