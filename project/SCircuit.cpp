@@ -455,10 +455,12 @@ bool SCircuit::ReadLine(SFile& file, SProjectErrorManager& errors, const SString
     variable->Value().SetUnitKind(unitKind);
     SValvarLine::ReadValue(file, variable->Value(), itsProject, errors);
   } else if (M::Match(keyword, "VCNSTR")) {
-    SValvarLine::ReadConstraint(file, [this](const SString& name) -> SValueVarDouble* {
+    // A constraint of a variable that doesn't exist constrains nothing and is passed over.
+    const auto result = SValvarLine::ReadConstraint(file, [this](const SString& name) -> SValueVarDouble* {
       SVariable* variable = FindVariable(name);
       return variable != nullptr ? &variable->Value() : nullptr;
     });
+    if (result == SValvarLine::ConstraintUnknownKind) return ReadFault(errors, file, 6024);
   } else if (M::Match(keyword, "CUPGRP")) {
     return SGeoObjectIO::ReadCoupledGroup(file, *this, errors);
   } else if (M::Match(keyword, "NUM")) {

@@ -185,6 +185,10 @@ TEST_F(GeoVariablesTest, BrokenParametersNameTheirMessageAndLine) {
   SProject unit;
   EXPECT_FALSE(ReadText(unit, Project(Body("VALVAR W MILES 3 \"\"\n"))));
   EXPECT_EQ(unit.GetErrors().Entry(0)->itsMessageId, 6036);
+  SProject kind;
+  EXPECT_FALSE(ReadText(kind, Project(Body("VALVAR W LNG 3 \"\"\nVCNSTR SOME W 1 2\n"))));
+  EXPECT_EQ(kind.GetErrors().Entry(0)->itsMessageId, 6024);
+  EXPECT_EQ(kind.GetErrors().Entry(0)->itsLine, 12);
 }
 
 TEST_F(GeoVariablesTest, ACircleStopsEvaluationAndAFailureStopsOnlyItsVariable) {
