@@ -13,6 +13,16 @@ SCOLLECTABLE_DEFINE(SFileBlock, SID_FILEBLOCK, &SCollectable::staticTypeInfo())
 bool SFileBlock::Match(const SString& token, const char* keyword) { return token.startsWith(SString(keyword), true); }
 bool SFileBlock::Match(const SString& token, const SString& keyword) { return token.startsWith(keyword, true); }
 int SFileBlock::LineOf(const SFile& file) { return static_cast<int>(file.LineCount()); }
+bool SFileBlock::TakeSectionEnd(SFile& file) {
+  SString token;
+  if (!file.PeekToken(token) || token.upper() != "END") return false;
+  file.NextToken();
+  const bool blockEnd = file.HasToken();
+  file.RewindLine();
+  if (!blockEnd) file.NextLine();
+  return true;
+}
+
 int SFileBlock::Format() { return SProjectFormat::GetWriteFormat(); }
 
 bool SFileBlock::Read(SFile& file, SProjectErrorManager& errors) {

@@ -62,6 +62,9 @@ public:
   static bool Match(const SString& token, const char* keyword);
   static bool Match(const SString& token, const SString& keyword);
   static int LineOf(const SFile& file);
+  // On an END line inside a body: a bare "END" closes a section and is taken, "END <name>"
+  // closes the block and is left for it. False on any other line.
+  static bool TakeSectionEnd(SFile& file);
   // The write format of the process (SProjectFormat).
   static int Format();
 
