@@ -1,5 +1,6 @@
 #include "SFileBlock.h"
 
+#include "SDimensionBlock.h"
 #include "SFile.h"
 #include "SInitializationFile.h"
 #include "SProject.h"
@@ -118,6 +119,14 @@ bool SFileBlock::Unknown(SFile& file, const SString& keyword, SProjectErrorManag
   if (!HandleUnknown(keyword, text, LineOf(file), errors)) return false;
   file.NextLine();
   return true;
+}
+
+double SFileBlock::FrequencyRatio(const SDimensionBlock& newUnits) const {
+  const SDimensionBlock* old = itsOwner ? itsOwner->GetDimensionBlock() : nullptr;
+  if (old == nullptr) return 1.0;
+  const double oldFactor = old->GetFactor(SDimensionBlock::Frequency);
+  const double newFactor = newUnits.GetFactor(SDimensionBlock::Frequency);
+  return oldFactor == 0.0 || newFactor == 0.0 ? 1.0 : oldFactor / newFactor;
 }
 
 void SFileBlock::SetDefaults() { itsPresent = true; }

@@ -71,6 +71,9 @@ public:
 protected:
   // HandleUnknown for the current line, then on to the next line when it lets the read go on.
   bool Unknown(SFile& file, const SString& keyword, SProjectErrorManager& errors);
+  // What the block's frequencies are multiplied by to go into the frequency unit of
+  // `newUnits`; 1 when the unit stays or one of them is unknown.
+  double FrequencyRatio(const SDimensionBlock& newUnits) const;
   // The body as written, for comparisons.
   SString BodyText() const;
 

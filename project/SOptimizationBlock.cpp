@@ -5,6 +5,7 @@
 #include "SControlBlock.h"
 #include "SDimensionBlock.h"
 #include "SFile.h"
+#include "SFrequencyEntry.h"
 #include "SOptimizationGoal.h"
 #include "SParameterBlock.h"
 #include "SProject.h"
@@ -72,6 +73,13 @@ bool SOptimizationBlock::Validate(SProjectErrorManager& errors) {
   if (CountGoals() > 0) return true;
   errors.AddError(SProjectErrorManager::Error, -1, 7212);
   return false;
+}
+
+void SOptimizationBlock::ChangeUnits(const SDimensionBlock& newUnits) {
+  const double ratio = FrequencyRatio(newUnits);
+  if (ratio == 1.0) return;
+  for (size_t i = 0; i < CountGoals(); ++i)
+    for (SCollectable* entry : GetGoal(i)->GetEntries()) static_cast<SFrequencyEntry*>(entry)->Scale(ratio);
 }
 
 // ---- reading

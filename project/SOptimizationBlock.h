@@ -25,6 +25,8 @@ public:
 
   bool ReadBody(SFile& file, SProjectErrorManager& errors) override;
   void WriteBody(SProjectStream& out) override;
+  // The goals' frequencies follow a new frequency unit.
+  void ChangeUnits(const SDimensionBlock& newUnits) override;
   // No goals: message 7212.
   bool Validate(SProjectErrorManager& errors) override;
   void RenameVariable(const SString& oldName, const SString& newName) override;

@@ -2,6 +2,7 @@
 // lines of a subdivision: read with the full read set, written in every form.
 #include "ProjectTestSupport.h"
 
+#include "SDimensionBlock.h"
 #include "SOptimizationBlock.h"
 #include "SOptimizationGoal.h"
 #include "SOptimizationGoalEntry.h"
@@ -297,6 +298,17 @@ TEST_F(OptSubdivTest, ARepairedVariableNameFollowsIntoTheOptimisation) {
   const std::string written = RoundTrip(text, 20);
   EXPECT_TRUE(Contains(Block(written, "OPT"), "VAR _1A Y 1 5 UNDEF\n")) << written;
   EXPECT_TRUE(Contains(RoundTrip(text), "VCNSTR OPT _1A 1 5 ON")) << RoundTrip(text);
+}
+
+TEST_F(OptSubdivTest, GoalFrequenciesFollowANewFrequencyUnit) {
+  SProject project;
+  Read(project, "FTYP VELORAPRJ 17\nDIM\nFREQ GHZ\nEND DIM\nOPT\nMAX 5\nFREQ Y SWEEP 1 10 0.5\n"
+                "GOAL Y NET=GEO S11 = VALUE=1 1\nEND\nEND OPT\n");
+  SDimensionBlock megahertz;
+  megahertz.SetDefaults();
+  megahertz.SetUnit(SDimensionBlock::Frequency, "MHZ");
+  project.SetUnits(megahertz, true);
+  EXPECT_TRUE(Contains(Block(WriteText(project), "OPT"), "FREQ Y SWEEP 1000 10000 500\n"));
 }
 
 // ---- values file
