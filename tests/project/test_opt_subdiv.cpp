@@ -271,6 +271,10 @@ TEST_F(OptSubdivTest, OptimisationFailuresGiveTheirMessagesAndLines) {
       {"ENABLED Y\nGOAL Y NET=GEO S11 = SPEC 1\nEND\n", true, {{7136, 5}}, 1, 0},
       {"ENABLED Y\nGOAL Y NET=GEO S11 = VALUE=1 heavy\nEND\n", true, {{7136, 5}}, 1, 0},
       {"ENABLED Y\nGOAL Y NET= S11 = VALUE=1\nEND\n", true, {{7136, 5}}, 1, 0},
+      // Lines the block can't take are unknown content, which a file of this version may not hold.
+      {"VARS\nVAR W X 1 2 3\nEND\n", false, {{7284, 5}}, 0, 0},
+      {"MAX many\n", false, {{7284, 4}}, 0, 0},
+      {"COLOR red\n", false, {{7284, 4}}, 0, 0},
   };
   for (const auto& row : rows) {
     SProject project;
