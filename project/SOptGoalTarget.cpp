@@ -76,14 +76,19 @@ bool SOptFileTarget::Read(const SString&, SFile& file, const SProject* project) 
   SString name;
   if (!file.GetToken(name) || name.isEmpty() || !file.GetToken(itsResponse)) return false;
   const SString directory = SValvarLine::ProjectDirectory(project);
-  itsFileName = directory.isEmpty() ? name : SString(QDir::cleanPath(QDir(directory.qstring()).absoluteFilePath(name.qstring())));
+  if (directory.isEmpty()) {
+    itsFileName = name;
+    return true;
+  }
+  itsFileName = SString(QDir::cleanPath(QDir(directory.qstring()).absoluteFilePath(name.qstring())));
   return true;
 }
 
 void SOptFileTarget::Write(SProjectStream& out, const SProject* project) const {
   const SString directory = SValvarLine::ProjectDirectory(project);
   out << "FILE ";
-  out.Name(directory.isEmpty() ? itsFileName : SString(QDir(directory.qstring()).relativeFilePath(itsFileName.qstring())));
+  const QString relative = QDir(directory.qstring()).relativeFilePath(itsFileName.qstring());
+  out.Name(directory.isEmpty() ? itsFileName : SString(relative));
   out << ' ';
   out.Name(itsResponse);
 }

@@ -138,8 +138,9 @@ bool SOptimizationBlock::ReadVariables(SFile& file, SProjectErrorManager& errors
     file.GetRestOfLine(rest);
     QString words = rest.qstring();
     words.remove(QLatin1Char('"'));
+    const QStringList values = words.split(QRegularExpression(QStringLiteral("\\s+")), Qt::SkipEmptyParts);
     SOptimizationVariable* variable = new SOptimizationVariable(name);
-    if (name.isEmpty() || !variable->ReadValues(words.split(QRegularExpression(QStringLiteral("\\s+")), Qt::SkipEmptyParts))) {
+    if (name.isEmpty() || !variable->ReadValues(values)) {
       delete variable;
       file.RewindLine();
       if (!Unknown(file, token, errors)) return false;

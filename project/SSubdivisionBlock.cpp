@@ -139,8 +139,8 @@ bool SSubdivisionBlock::ReadBody(SFile& file, SProjectErrorManager& errors) {
       if (direction != "V" && direction != "H") {
         errors.AddError(SProjectErrorManager::Warning, LineOf(file), 7194);
       } else {
-        SSubdivisionLine* line =
-            new SSubdivisionLine(position, direction == "V" ? SSubdivisionLine::Vertical : SSubdivisionLine::Horizontal, id);
+        const int across = direction == "V" ? SSubdivisionLine::Vertical : SSubdivisionLine::Horizontal;
+        SSubdivisionLine* line = new SSubdivisionLine(position, across, id);
         line->SetLine(LineOf(file));
         itsLines.push_back(line);
       }
@@ -259,8 +259,10 @@ int SSubdivisionBlock::SuggestRefPlane() {
         const double thickness = level->GetThickness();
         const double epsMu = level->GetErel() * level->GetMuRel();
         const int side = passed ? 1 : 0;
-        VeloraTrace(2, TRACE_GENERAL, passed ? "Level below %d, Thickness %g, EpsyRu %g" : "Level above %d, Thickness %g, EpsyRu %g",
-                    i, thickness, epsMu);
+        if (passed)
+          VeloraTrace(2, TRACE_GENERAL, "Level below %d, Thickness %g, EpsyRu %g", i, thickness, epsMu);
+        else
+          VeloraTrace(2, TRACE_GENERAL, "Level above %d, Thickness %g, EpsyRu %g", i, thickness, epsMu);
         unweighted[side] += thickness;
         weighted[side] += epsMu != 0.0 ? thickness / epsMu : 0.0;
         if (metalLevels.count(i) > 0 && !passed) {

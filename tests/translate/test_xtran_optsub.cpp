@@ -24,7 +24,8 @@ StreamWriter Stream(const std::vector<double>& corners)
     s.Header().Bgnlib().Libname().Units(0.001, 1e-9).Bgnstr("top");
     for (size_t i = 0; i + 3 < corners.size(); i += 4) {
         const auto dbu = [](double v) { return static_cast<long long>(v * 1000 + 0.5); };
-        const long long x1 = dbu(corners[i]), y1 = dbu(corners[i + 1]), x2 = dbu(corners[i + 2]), y2 = dbu(corners[i + 3]);
+        const long long x1 = dbu(corners[i]), y1 = dbu(corners[i + 1]);
+        const long long x2 = dbu(corners[i + 2]), y2 = dbu(corners[i + 3]);
         s.Boundary(1, 0, {{x1, y1}, {x2, y1}, {x2, y2}, {x1, y2}, {x1, y1}});
     }
     s.Endstr().Endlib();
