@@ -1,5 +1,6 @@
 #include "SFileBlock.h"
 
+#include "SDimensionBlock.h"
 #include "SFile.h"
 #include "SInitializationFile.h"
 #include "SProject.h"
@@ -13,6 +14,16 @@ SCOLLECTABLE_DEFINE(SFileBlock, SID_FILEBLOCK, &SCollectable::staticTypeInfo())
 bool SFileBlock::Match(const SString& token, const char* keyword) { return token.startsWith(SString(keyword), true); }
 bool SFileBlock::Match(const SString& token, const SString& keyword) { return token.startsWith(keyword, true); }
 int SFileBlock::LineOf(const SFile& file) { return static_cast<int>(file.LineCount()); }
+bool SFileBlock::TakeSectionEnd(SFile& file) {
+  SString token;
+  if (!file.PeekToken(token) || token.upper() != "END") return false;
+  file.NextToken();
+  const bool blockEnd = file.HasToken();
+  file.RewindLine();
+  if (!blockEnd) file.NextLine();
+  return true;
+}
+
 int SFileBlock::Format() { return SProjectFormat::GetWriteFormat(); }
 
 bool SFileBlock::Read(SFile& file, SProjectErrorManager& errors) {
@@ -108,6 +119,14 @@ bool SFileBlock::Unknown(SFile& file, const SString& keyword, SProjectErrorManag
   if (!HandleUnknown(keyword, text, LineOf(file), errors)) return false;
   file.NextLine();
   return true;
+}
+
+double SFileBlock::FrequencyRatio(const SDimensionBlock& newUnits) const {
+  const SDimensionBlock* old = itsOwner ? itsOwner->GetDimensionBlock() : nullptr;
+  if (old == nullptr) return 1.0;
+  const double oldFactor = old->GetFactor(SDimensionBlock::Frequency);
+  const double newFactor = newUnits.GetFactor(SDimensionBlock::Frequency);
+  return oldFactor == 0.0 || newFactor == 0.0 ? 1.0 : oldFactor / newFactor;
 }
 
 void SFileBlock::SetDefaults() { itsPresent = true; }

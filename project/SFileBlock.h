@@ -62,12 +62,18 @@ public:
   static bool Match(const SString& token, const char* keyword);
   static bool Match(const SString& token, const SString& keyword);
   static int LineOf(const SFile& file);
+  // On an END line inside a body: a bare "END" closes a section and is taken, "END <name>"
+  // closes the block and is left for it. False on any other line.
+  static bool TakeSectionEnd(SFile& file);
   // The write format of the process (SProjectFormat).
   static int Format();
 
 protected:
   // HandleUnknown for the current line, then on to the next line when it lets the read go on.
   bool Unknown(SFile& file, const SString& keyword, SProjectErrorManager& errors);
+  // What the block's frequencies are multiplied by to go into the frequency unit of
+  // `newUnits`; 1 when the unit stays or one of them is unknown.
+  double FrequencyRatio(const SDimensionBlock& newUnits) const;
   // The body as written, for comparisons.
   SString BodyText() const;
 

@@ -112,14 +112,7 @@ bool SVariableSweep::Read(SFile& file, SProjectErrorManager& errors) {
     }
     SString token;
     file.PeekToken(token);
-    if (IsWord(token, "END")) {
-      // "END VARSWP" belongs to the block.
-      file.NextToken();
-      const bool blockEnd = file.HasToken();
-      file.RewindLine();
-      if (!blockEnd) file.NextLine();
-      break;
-    }
+    if (SFileBlock::TakeSectionEnd(file)) break;
     if (variablesRead && StartsSet(token)) break;
     if (IsWord(token, "FREQ")) {
       file.NextToken();

@@ -109,14 +109,10 @@ void SVariableSweepBlock::WriteBody(SProjectStream& out) {
 }
 
 void SVariableSweepBlock::ChangeUnits(const SDimensionBlock& newUnits) {
-  SDimensionBlock* old = itsOwner ? itsOwner->GetDimensionBlock() : nullptr;
-  if (old == nullptr) return;
-  const double oldFactor = old->GetFactor(SDimensionBlock::Frequency);
-  const double newFactor = newUnits.GetFactor(SDimensionBlock::Frequency);
-  if (oldFactor == 0.0 || newFactor == 0.0 || oldFactor == newFactor) return;
+  const double ratio = FrequencyRatio(newUnits);
+  if (ratio == 1.0) return;
   for (size_t i = 0; i < Count(); ++i)
-    for (SCollectable* entry : Get(i)->GetEntries())
-      static_cast<SFrequencyEntry*>(entry)->Scale(oldFactor / newFactor);
+    for (SCollectable* entry : Get(i)->GetEntries()) static_cast<SFrequencyEntry*>(entry)->Scale(ratio);
 }
 
 bool SVariableSweepBlock::Validate(SProjectErrorManager& errors) {

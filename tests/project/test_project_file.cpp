@@ -84,7 +84,7 @@ NUM 1
 END
 END GEO
 SUBDIV
-XDIR 10 "a b"
+LINE 1 10 V
 END SUBDIV
 OPT
 MAX 100
@@ -181,8 +181,8 @@ TEST_F(ProjectTest, EveryKeywordSurvivesAReadAndTwoWrites) {
                              "BOX 1 160 160 32 32 20 0\n      50 1 1 0 0 0 0 \"Air\"\n"
                              "      10 9.8 1 0 0 0 0 \"Alumina\"\nLORGN 0 160 U\nNUM 1\n"));
   // Blocks still without their own reader come back line for line, in the write order.
-  EXPECT_TRUE(Contains(once, "10 10\nEND\nEND GEO\nSUBDIV\nXDIR 10 \"a b\"\nEND SUBDIV\n"
-                             "OPT\nMAX 100\nVARS\nEND\nEND OPT\nVARSWP\nENABLED Y\nFREQ Y AN SWEEP 1 10 1\n"
+  EXPECT_TRUE(Contains(once, "10 10\nEND\nEND GEO\nSUBDIV\nREFPLANE A 0\nLINE 1 10 V \nEND SUBDIV\n"
+                             "OPT\nMAX 100\nEND OPT\nVARSWP\nENABLED Y\nFREQ Y AN SWEEP 1 10 1\n"
                              // A sweep set starts with the project's values, none in use.
                              "VAR W N UNDEF UNDEF UNDEF\nVAR \"long name\" N UNDEF UNDEF UNDEF\n"
                              "VAR H N UNDEF UNDEF UNDEF\nEND\nEND VARSWP\n"
