@@ -76,8 +76,7 @@ bool SGeoVar::ComputeNominal(const SCircuit& circuit, double& nominal) const {
 
 int SGeoVar::CheckHandles(const SCircuit& circuit) const {
   const auto check = [&](const SPolyDepHandle& handle) {
-    // Components are bound elsewhere; only polygon handles can be checked here.
-    if (handle.IsComponent()) return 0;
+    if (handle.IsComponent()) return handle.FindComponent(circuit) != nullptr ? 0 : 6130;
     const SMetalPolygon* polygon = handle.FindPolygon(circuit);
     if (polygon == nullptr) return 6130;
     for (int item : handle.GetItems())
