@@ -6,6 +6,7 @@
 #include "SFileBlock.h"
 #include "SGeoClassID.h"
 #include "SLevel.h"
+#include "SMetalPolygon.h"
 #include "SProject.h"
 #include "SProjectErrorManager.h"
 #include "SProjectStream.h"
@@ -16,6 +17,8 @@
 
 #include <QDir>
 #include <QFileInfo>
+
+#include <cmath>
 
 SCOLLECTABLE_DEFINE(SSMDev, SID_SMDEV, &SCoupledGroup::staticTypeInfo())
 
@@ -98,16 +101,29 @@ void SSMDev::GetLinks(std::vector<const SPolyDepHandle*>& list) const {
       list.push_back(&port->GetRefPlane()->GetLink());
 }
 
-void SSMDev::ReleaseLinks() {
-  std::vector<SRefPlaneData*> planes;
+void SSMDev::ReleaseLinks(const SCircuit& circuit) {
   for (int side = SBoxSide::Left; side <= SBoxSide::AutoGround; ++side)
-    if (SRefPlane* plane = GetRefPlane(side)) planes.push_back(plane);
+    if (SRefPlane* plane = GetRefPlane(side))
+      if (plane->IsLinked()) plane->SetLength(plane->GetLength());
   std::vector<SSMDPort*> ports;
   GetPorts(ports);
-  for (SSMDPort* port : ports)
-    if (port->GetRefPlane() != nullptr) planes.push_back(port->GetRefPlane());
-  for (SRefPlaneData* plane : planes)
-    if (plane->IsLinked()) plane->SetLength(plane->GetLength());
+  for (SSMDPort* port : ports) {
+    SRefPlane* plane = port->GetRefPlane();
+    if (plane == nullptr || !plane->IsLinked()) continue;
+    double length = plane->GetLength();
+    // The distance from the pin to the linked vertex, across the side the pin faces.
+    const SMetalPolygon* polygon = plane->GetLink().FindPolygon(circuit);
+    const int vertex = plane->GetLink().GetItem(0);
+    if (polygon != nullptr && vertex >= 0 && vertex < polygon->GetNumberOfVertices()) {
+      const SPoint& p = polygon->GetVertex(vertex);
+      const SPoint& pin = port->GetPortPosition();
+      if (port->GetSide() == SSMDPort::Left || port->GetSide() == SSMDPort::Right)
+        length = std::fabs(p.x() - pin.x());
+      else if (port->GetSide() == SSMDPort::Top || port->GetSide() == SSMDPort::Bottom)
+        length = std::fabs(p.y() - pin.y());
+    }
+    plane->SetLength(length);
+  }
 }
 
 // ---- writing

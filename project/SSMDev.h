@@ -66,8 +66,9 @@ public:
   void ScaleLengths(double factor);
   // The links of its reference planes and those of its ports.
   void GetLinks(std::vector<const SPolyDepHandle*>& list) const;
-  // Linked planes become fixed ones of the length they hold (the polygons are about to go).
-  void ReleaseLinks();
+  // Linked planes become fixed ones, while their polygons still stand: a port's plane takes
+  // the distance from its pin to the linked vertex across the pin's side.
+  void ReleaseLinks(const SCircuit& circuit);
 
   // "SMD" to "END"; nothing for a component the format doesn't get.
   void WriteComponent(SProjectStream& out, const SCircuit& circuit, int format);

@@ -269,7 +269,7 @@ bool SXtranProject::ReleaseReferencePlanes()
     std::vector<SSMDev*> components;
     SSMDev::Collect(*itsCircuit, components);
     for (SSMDev* component : components)
-        component->ReleaseLinks();
+        component->ReleaseLinks(*itsCircuit);
     return true;
 }
 

@@ -4,11 +4,13 @@
 #include "SCircuit.h"
 #include "SGeometryBlock.h"
 #include "SLevel.h"
+#include "SMetalPolygon.h"
 #include "SRefPlane.h"
 #include "SSMDBlock.h"
 #include "SSMDPort.h"
 #include "SSMDev.h"
 
+#include <cmath>
 #include <cstdio>
 #include <vector>
 
@@ -356,6 +358,36 @@ TEST_F(ComponentsTest, AParameterHandleNamesAComponentByItsId) {
   ASSERT_GE(found.size(), 2u);
   EXPECT_EQ(found[0], std::make_pair(6028, 12));
   EXPECT_EQ(found[1], std::make_pair(6130, 12));
+}
+
+TEST_F(ComponentsTest, ReleasingLinksFixesPlanesAtTheDistanceToTheirVertex) {
+  SProject project;
+  ASSERT_TRUE(ReadText(project, Project(Body(kComponents))));
+  SCircuit* circuit = project.GetGeometryBlock()->GetCircuit();
+  SSMDev* r1 = Components(project)[0];
+  r1->ReleaseLinks(*circuit);
+  std::vector<SSMDPort*> ports;
+  r1->GetPorts(ports);
+  // Side D has no direction across it: the plane keeps its length.
+  EXPECT_FALSE(ports[1]->GetRefPlane()->IsLinked());
+  EXPECT_DOUBLE_EQ(ports[1]->GetRefPlane()->GetLength(), 0.0);
+  // A pin at (20, 30) linked to vertex 2 of the strip: across a left side the X distance,
+  // across a top side the Y distance.
+  ports[1]->SetSide(SSMDPort::Left);
+  ports[1]->SetPosition(SPoint(20, 30));
+  ports[1]->GetRefPlane()->Link().SetPolygonId(1);
+  ports[1]->GetRefPlane()->Link().SetItems({2});
+  const SMetalPolygon* strip = ports[1]->GetRefPlane()->GetLink().FindPolygon(*circuit);
+  ASSERT_NE(strip, nullptr);
+  const SPoint vertex = strip->GetVertex(2);
+  r1->ReleaseLinks(*circuit);
+  EXPECT_DOUBLE_EQ(ports[1]->GetRefPlane()->GetLength(), std::fabs(vertex.x() - 20));
+  ports[1]->SetSide(SSMDPort::Top);
+  ports[1]->GetRefPlane()->Link().SetPolygonId(1);
+  ports[1]->GetRefPlane()->Link().SetItems({2});
+  r1->ReleaseLinks(*circuit);
+  EXPECT_DOUBLE_EQ(ports[1]->GetRefPlane()->GetLength(), std::fabs(vertex.y() - 30));
+  EXPECT_TRUE(Contains(GeoBody(WriteText(project)), "SMDP 0 20 30 T 2 2 FIX " + std::to_string(int(std::fabs(vertex.y() - 30))) + " 0\n"));
 }
 
 }  // namespace
