@@ -8,6 +8,7 @@
 #include "SProjectErrorManager.h"
 #include "SProjectStream.h"
 #include "SRefPlane.h"
+#include "SSMDev.h"
 #include "SWordTable.h"
 
 SCOLLECTABLE_DEFINE(SCoupledGroup, SID_COUPLEDGROUP, &SEnclosure::staticTypeInfo())
@@ -40,6 +41,10 @@ SCoupledGroup* SCoupledGroup::Find(const SCircuit& circuit, const SString& name)
 int SCoupledGroup::NextId(const SCircuit& circuit) {
   std::vector<SCoupledGroup*> groups;
   circuit.CollectObjects(groups);
+  // Components number with the groups: their ids name them in parameters.
+  std::vector<SSMDev*> components;
+  SSMDev::Collect(circuit, components);
+  groups.insert(groups.end(), components.begin(), components.end());
   int next = 1;
   for (const SCoupledGroup* group : groups)
     if (group->itsGroupId >= next) next = group->itsGroupId + 1;

@@ -390,4 +390,20 @@ TEST_F(ComponentsTest, ReleasingLinksFixesPlanesAtTheDistanceToTheirVertex) {
   EXPECT_TRUE(Contains(GeoBody(WriteText(project)), "SMDP 0 20 30 T 2 2 FIX " + std::to_string(int(std::fabs(vertex.y() - 30))) + " 0\n"));
 }
 
+TEST_F(ComponentsTest, AnOlderModelLineKeepsItsStateAndGroupsNumberPastComponents) {
+  const struct {
+    const char* state;
+    int expected;
+  } cases[] = {{"Y", 3}, {"AY", 3}, {"N", 2}, {"yes", 2}};
+  for (const auto& c : cases) {
+    SProject project;
+    const std::string entry = std::string("SMD 0 \"A\"\nID 7\nMODEL ") + c.state + " NONE\nSMDP 0 1 1 L 1 1\nEND\n";
+    ASSERT_TRUE(ReadText(project, Project(Body(entry)))) << c.state;
+    EXPECT_EQ(Components(project)[0]->GetModelState(), c.expected) << c.state;
+    EXPECT_EQ(Components(project)[0]->GetModelType(), SSMDev::NoModel) << c.state;
+    // A new coupled group doesn't take a component's id.
+    EXPECT_EQ(SCoupledGroup::NextId(*project.GetGeometryBlock()->GetCircuit()), 8);
+  }
+}
+
 }  // namespace
