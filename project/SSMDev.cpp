@@ -74,6 +74,16 @@ bool SSMDev::IsWritable(int format) const {
   return true;
 }
 
+void SSMDev::Move(double dx, double dy) {
+  const auto shift = [dx, dy](const SPoint& p) { return SPoint(p.x() + dx, p.y() + dy); };
+  for (SRect* box : {&itsPackageBox, &itsPortBox})
+    *box = SRect(box->left() + dx, box->top() + dy, box->right() + dx, box->bottom() + dy);
+  itsLabelPosition = shift(itsLabelPosition);
+  std::vector<SSMDPort*> ports;
+  GetPorts(ports);
+  for (SSMDPort* port : ports) port->SetPosition(shift(port->GetPortPosition()));
+}
+
 void SSMDev::ScaleLengths(double factor) {
   Scale(itsPackageBox, factor);
   Scale(itsPortBox, factor);

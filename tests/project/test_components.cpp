@@ -347,10 +347,21 @@ TEST_F(ComponentsTest, AParameterHandleNamesAComponentByItsId) {
   char text[256];
   std::snprintf(text, sizeof text, parameter.c_str(), 4);
   SProject project;
-  const std::string body = std::string(kTwoLevelStack) + "VALVAR L LNG 10 \"\"\n" + text + "LORGN 0 160 U\n" +
+  // The value works out 4 more than the nominal: the component C2 (id 4) moves 4 along X, whole.
+  const std::string body = std::string(kTwoLevelStack) + "VALVAR L LNG \"G+4\" \"\"\nVALVAR G LNG 10 \"\"\n" + text + "LORGN 0 160 U\n" +
                            kComponents + kStrip;
   ASSERT_TRUE(ReadText(project, Project(body))) << project.GetErrors().ErrorText().data();
   EXPECT_TRUE(Contains(GeoBody(WriteText(project)), "PS2 1\nSMD 4 0\nEND\n"));
+  ASSERT_EQ(Components(project).size(), 2u);
+  const SSMDev* c2 = Components(project)[1];
+  EXPECT_DOUBLE_EQ(c2->GetPackageBox().left(), 4.0);
+  EXPECT_DOUBLE_EQ(c2->GetPackageBox().right(), 8.0);
+  EXPECT_DOUBLE_EQ(c2->GetLabelPosition().x(), 4.0);
+  std::vector<SSMDPort*> ports;
+  c2->GetPorts(ports);
+  EXPECT_EQ(ports[0]->GetPortPosition(), SPoint(4, 1));
+  // R 1, not named, stays.
+  EXPECT_DOUBLE_EQ(Components(project)[0]->GetPackageBox().left(), 10.0);
   std::snprintf(text, sizeof text, parameter.c_str(), 40);
   const std::string missing = std::string(kTwoLevelStack) + "VALVAR L LNG 10 \"\"\n" + text + "LORGN 0 160 U\n" +
                               kComponents + kStrip;
