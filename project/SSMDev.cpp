@@ -65,7 +65,7 @@ SSMDPort* SSMDev::AddPort() {
   return port;
 }
 
-bool SSMDev::IsWritable(int format) const {
+bool SSMDev::IsWrittenAt(int format) const {
   std::vector<SSMDPort*> ports;
   GetPorts(ports);
   if (ports.empty()) return false;
@@ -160,12 +160,14 @@ void SSMDev::WriteModel(SProjectStream& out, const SCircuit& circuit) const {
   for (const Parameter& parameter : itsParameters) {
     if (parameter.second.isEmpty()) continue;
     out.Name(parameter.first);
-    out << '=' << parameter.second << ' ';
+    out << '=';
+    out.Name(parameter.second);
+    out << ' ';
   }
 }
 
 void SSMDev::WriteComponent(SProjectStream& out, const SCircuit& circuit, int format) {
-  if (!IsWritable(format)) {
+  if (!IsWrittenAt(format)) {
     if (itsModelType == DataFileModel && itsFileKey == 0) {
       const SString* text = SErrorMessages::Instance()->FindMessage(5770);
       VeloraTrace(2, TRACE_ERRORS, text != nullptr ? text->data() : "%s", "SMD not written, FileKey = 0");
@@ -319,6 +321,11 @@ bool SSMDev::ReadParameters(SFile& file) {
   while (file.GetToken(token)) {
     SString next;
     if (!token.contains("=") && file.PeekToken(next) && next.startsWith("=")) {
+      file.NextToken();
+      token = token + next;
+    }
+    // A quoted value stands apart from "name=".
+    if (token.endsWith("=") && file.PeekToken(next) && !next.contains("=")) {
       file.NextToken();
       token = token + next;
     }

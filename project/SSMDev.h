@@ -61,7 +61,7 @@ public:
   SSMDPort* AddPort();
   // Whether the file gets the component at this format: it needs a port, a data file
   // needs its key, and projects and user models need format 19.
-  bool IsWritable(int format) const;
+  bool IsWrittenAt(int format) const;
   // Shifts the boxes, the label and the pins.
   void Move(double dx, double dy);
   // Multiplies the boxes, positions, package sizes and port places (a change of unit).

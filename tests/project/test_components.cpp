@@ -90,7 +90,7 @@ const char* const kOtherComponents =
     "END\n"
     "SMD 0 \"P\"\n"
     "ID 9\n"
-    "TYPE SPROJ \"sub dir/amp.vel\" \"a b\"=1 c=W*2 d=\n"
+    "TYPE SPROJ \"sub dir/amp.vel\" \"a b\"=1 c=W*2 d= e=\"x y\"\n"
     "INHSWP Y\n"
     "SMDP 0 1 2 B 7 1\n"
     "SMDP 0 3 2 B 8 2\n"
@@ -184,10 +184,11 @@ TEST_F(ComponentsTest, ReadingFillsTheComponentAndItsPorts) {
   EXPECT_EQ(sub->GetModelType(), SSMDev::ProjectModel);
   EXPECT_EQ(sub->GetFileName(), Path("sub dir/amp.vel"));
   EXPECT_TRUE(sub->InheritsSweep());
-  ASSERT_EQ(sub->GetParameters().size(), 3u);
+  ASSERT_EQ(sub->GetParameters().size(), 4u);
   EXPECT_EQ(sub->GetParameters()[0], SSMDev::Parameter(SString("a b"), SString("1")));
   EXPECT_EQ(sub->GetParameters()[1], SSMDev::Parameter(SString("c"), SString("W*2")));
   EXPECT_EQ(sub->GetParameters()[2], SSMDev::Parameter(SString("d"), SString()));
+  EXPECT_EQ(sub->GetParameters()[3], SSMDev::Parameter(SString("e"), SString("x y")));
   const SSMDev* user = list[2];
   EXPECT_EQ(user->GetUserModelName(), SString("diode"));
   EXPECT_EQ(user->GetLibraryName(), SString("models.so"));
