@@ -18,6 +18,7 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <climits>
 #include <cmath>
 
 SCOLLECTABLE_DEFINE(SSMDev, SID_SMDEV, &SCoupledGroup::staticTypeInfo())
@@ -31,6 +32,9 @@ SString Unquoted(const SString& text) {
     return stripped.mid(1, stripped.length() - 2);
   return stripped;
 }
+
+// The block numbers its files with ints; a key outside them names no file of it.
+bool IsBlockKey(long long key) { return key != 0 && key >= INT_MIN && key <= INT_MAX; }
 
 void Scale(SRect& box, double factor) {
   box = SRect(box.left() * factor, box.top() * factor, box.right() * factor, box.bottom() * factor);
@@ -360,7 +364,7 @@ void SSMDev::BindFiles(const SCircuit& circuit, const SSMDBlock& block) {
   std::vector<SSMDev*> components;
   Collect(circuit, components);
   for (SSMDev* component : components)
-    if (component->itsModelType == DataFileModel && component->itsFileKey != 0 &&
+    if (component->itsModelType == DataFileModel && IsBlockKey(component->itsFileKey) &&
         block.GetFiles().contains(static_cast<int>(component->itsFileKey)))
       component->itsFileName = block.GetFile(static_cast<int>(component->itsFileKey));
 }
@@ -370,7 +374,8 @@ bool SSMDev::CopyFiles(const SCircuit& circuit, SSMDBlock& block) {
   Collect(circuit, components);
   bool copied = false;
   for (const SSMDev* component : components) {
-    if (component->itsModelType != DataFileModel || component->itsFileKey == 0 || component->itsFileName.isEmpty())
+    if (component->itsModelType != DataFileModel || !IsBlockKey(component->itsFileKey) ||
+        component->itsFileName.isEmpty())
       continue;
     block.SetFile(static_cast<int>(component->itsFileKey), component->itsFileName);
     copied = true;
