@@ -1,7 +1,6 @@
 #include "SSMDev.h"
 
 #include "SCircuit.h"
-#include "SErrorMessages.h"
 #include "SFile.h"
 #include "SFileBlock.h"
 #include "SGeoClassID.h"
@@ -13,6 +12,7 @@
 #include "SRefPlane.h"
 #include "SSMDBlock.h"
 #include "SSMDPort.h"
+#include "SVeloraError.h"
 #include "SVeloraTrace.h"
 
 #include <QDir>
@@ -173,8 +173,9 @@ void SSMDev::WriteModel(SProjectStream& out, const SCircuit& circuit) const {
 void SSMDev::WriteComponent(SProjectStream& out, const SCircuit& circuit, int format) {
   if (!IsWrittenAt(format)) {
     if (itsModelType == DataFileModel && itsFileKey == 0) {
-      const SString* text = SErrorMessages::Instance()->FindMessage(5770);
-      VeloraTrace(2, TRACE_ERRORS, text != nullptr ? text->data() : "%s", "SMD not written, FileKey = 0");
+      SString note;
+      VeloraFormatMessage(note, 5770, "SMD not written, FileKey = 0");
+      VeloraTrace(2, TRACE_ERRORS, "%s", note.data());
     }
     return;
   }

@@ -9,7 +9,9 @@
 #include "SSMDBlock.h"
 #include "SSMDPort.h"
 #include "SSMDev.h"
+#include "SVeloraTrace.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <vector>
@@ -416,6 +418,19 @@ TEST_F(ComponentsTest, AnOlderModelLineKeepsItsStateAndGroupsNumberPastComponent
     // A new coupled group doesn't take a component's id.
     EXPECT_EQ(SCoupledGroup::NextId(*project.GetGeometryBlock()->GetCircuit()), 8);
   }
+}
+
+std::vector<std::string> gTraced;
+
+TEST_F(ComponentsTest, ADataFileWithoutKeyIsNotedInTheTrace) {
+  VeloraSetTraceFunctions([](int, int, const char* text) { gTraced.emplace_back(text); },
+                          [](int, int) { return true; });
+  SProject project;
+  ASSERT_TRUE(ReadText(project, Project(Body("SMD 0 \"A\"\nTYPE SPARAM 0\nSMDP 0 1 1 L 1 1\nEND\n"))));
+  gTraced.clear();
+  WriteText(project);
+  VeloraSetTraceFunctions(nullptr, nullptr);
+  EXPECT_NE(std::find(gTraced.begin(), gTraced.end(), "Component note: SMD not written, FileKey = 0"), gTraced.end());
 }
 
 }  // namespace
