@@ -20,6 +20,7 @@
 #include "SProjectErrorManager.h"
 #include "SProjectFile.h"
 #include "SProjectStream.h"
+#include "SSMDev.h"
 #include "STechLayer.h"
 #include "SValvarLine.h"
 #include "SVariable.h"
@@ -219,6 +220,9 @@ void SCircuit::ScaleLengths(double factor) {
     shape->SetMaxSubLen(shape->GetMaxSubLen() * factor);
     shape->SetEdgeTruncation(shape->GetEdgeTruncation() * factor);
   }
+  std::vector<SSMDev*> components;
+  SSMDev::Collect(*this, components);
+  for (SSMDev* component : components) component->ScaleLengths(factor);
 }
 
 bool SCircuit::CheckFormat(int format, QStringList& problems) const {
@@ -340,7 +344,10 @@ void SCircuit::WriteBody(SProjectStream& out, int format) {
   const long long count = CollectPolygonsWithChildren(owners);
   std::vector<SPort*> ports;
   SGeoObjectIO::WriteViasAndPorts(out, owners, format, ports);
-  if (format >= 7) SGeoObjectIO::WriteCoupledGroups(out, *this, ports, format);
+  if (format >= 7) {
+    WriteComponents(out, format);
+    SGeoObjectIO::WriteCoupledGroups(out, *this, ports, format);
+  }
   out << "NUM " << count << '\n';
   WritePolygons(out, format);
 }
@@ -358,6 +365,43 @@ void SCircuit::WritePolygons(SProjectStream& out, int format) const {
       }
     });
   }
+}
+
+// ---- components
+
+void SCircuit::WriteComponents(SProjectStream& out, int format) const {
+  std::vector<SSMDev*> components;
+  SSMDev::Collect(*this, components);
+  for (SSMDev* component : components) component->WriteComponent(out, *this, format);
+}
+
+bool SCircuit::ReadComponent(SFile& file, SProjectErrorManager& errors) {
+  const int line = static_cast<int>(file.LineCount());
+  std::unique_ptr<SSMDev> component(new SSMDev);
+  if (!component->ReadComponent(file, *this, errors)) return false;
+  const long long level = component->GetLevel();
+  if (level < 0 || level >= GetNumberOfLevels()) {
+    errors.AddError(SProjectErrorManager::Error, line, 6059);
+    return false;
+  }
+  GetLevel(static_cast<int>(level))->AddChild(component.release());
+  return true;
+}
+
+// A plane of a component linked to a polygon needs the polygon, as a box side's does.
+bool SCircuit::ResolveComponentLinks(SProjectErrorManager& errors) const {
+  std::vector<SSMDev*> components;
+  SSMDev::Collect(*this, components);
+  for (const SSMDev* component : components) {
+    std::vector<const SPolyDepHandle*> links;
+    component->GetLinks(links);
+    for (const SPolyDepHandle* link : links)
+      if (link->FindPolygon(*this) == nullptr) {
+        errors.AddPrefixedError(SProjectErrorManager::Error, static_cast<int>(component->GetLine()), 6028, 6121);
+        return false;
+      }
+  }
+  return true;
 }
 
 // ---- reading
@@ -461,6 +505,8 @@ bool SCircuit::ReadLine(SFile& file, SProjectErrorManager& errors, const SString
       return variable != nullptr ? &variable->Value() : nullptr;
     });
     if (result == SValvarLine::ConstraintUnknownKind) return ReadFault(errors, file, 6024);
+  } else if (M::Match(keyword, "SMD")) {
+    return ReadComponent(file, errors);
   } else if (M::Match(keyword, "CUPGRP")) {
     return SGeoObjectIO::ReadCoupledGroup(file, *this, errors);
   } else if (M::Match(keyword, "NUM")) {
@@ -529,6 +575,7 @@ bool SCircuit::ReadBody(SFile& file, SProjectErrorManager& errors, int version) 
   if (GetNumberOfLevels() < 2) return ReadFault(errors, file, 6008, 6114);
   if (!BindMaterials(errors)) return false;
   if (!SGeoObjectIO::ResolveReferences(*this, errors, itsAbbreviated)) return false;
+  if (!itsAbbreviated && !ResolveComponentLinks(errors)) return false;
   if (!BindGeoVars(errors)) return false;
   itsPolygonsById.clear();
   if (!SMaterialTypeIO::ResolveCovers(*this, errors)) return false;

@@ -223,6 +223,9 @@ private:
   bool BindMaterials(SProjectErrorManager& errors);
   SString ProjectDirectory() const;
   SString ProjectRelative(const SString& name) const;
+  void WriteComponents(SProjectStream& out, int format) const;
+  bool ReadComponent(SFile& file, SProjectErrorManager& errors);
+  bool ResolveComponentLinks(SProjectErrorManager& errors) const;
   void WritePolygons(SProjectStream& out, int format) const;
   // Geometry variables read go to their variables once the polygons stand.
   bool BindGeoVars(SProjectErrorManager& errors);

@@ -8,6 +8,7 @@
 #include "SProjectErrorManager.h"
 #include "SProjectStream.h"
 #include "SRefPlane.h"
+#include "SSMDev.h"
 #include "SWordTable.h"
 
 SCOLLECTABLE_DEFINE(SCoupledGroup, SID_COUPLEDGROUP, &SEnclosure::staticTypeInfo())
@@ -40,6 +41,10 @@ SCoupledGroup* SCoupledGroup::Find(const SCircuit& circuit, const SString& name)
 int SCoupledGroup::NextId(const SCircuit& circuit) {
   std::vector<SCoupledGroup*> groups;
   circuit.CollectObjects(groups);
+  // Components number with the groups: their ids name them in parameters.
+  std::vector<SSMDev*> components;
+  SSMDev::Collect(circuit, components);
+  groups.insert(groups.end(), components.begin(), components.end());
   int next = 1;
   for (const SCoupledGroup* group : groups)
     if (group->itsGroupId >= next) next = group->itsGroupId + 1;
@@ -69,7 +74,13 @@ char OldGroundLetter(int code) {
 void SCoupledGroup::Write(SProjectStream& out, int format) const {
   out << "CUPGRP \"" << itsName << '"';
   if (itsAutomatic) out << " LOCAL";
-  out << "\nID " << itsGroupId << '\n';
+  out << '\n';
+  WriteGroupLines(out, format);
+  out << "END\n";
+}
+
+void SCoupledGroup::WriteGroupLines(SProjectStream& out, int format) const {
+  out << "ID " << itsGroupId << '\n';
   if (format < 21) {
     out << "GNDREF " << OldGroundLetter(itsGroundReference) << '\n';
     out << "TWTYPE " << SWordTable::WordOf(kOldWidthWords, itsTerminalWidthType, kOldWidthWords[0]) << '\n';
@@ -87,7 +98,6 @@ void SCoupledGroup::Write(SProjectStream& out, int format) const {
     out << "DRP1 " << plane->GetSideText() << ' ';
     plane->WriteForm(out);
   }
-  out << "END\n";
 }
 
 bool SCoupledGroup::Read(SFile& file, SProjectErrorManager& errors) {
@@ -98,50 +108,59 @@ bool SCoupledGroup::Read(SFile& file, SProjectErrorManager& errors) {
   if (file.GetUpperToken(token)) itsAutomatic = token == "LOCAL" ? 1 : 0;
   for (;;) {
     if (!file.NextLine()) return ReadFault(errors, file, 6024);
-    SString key, word;
+    SString key;
     if (!file.GetToken(key)) continue;
-    if (SFileBlock::Match(key, "ID")) {
-      if (!file.GetInt(itsGroupId)) return ReadFault(errors, file, 6017);
-    } else if (SFileBlock::Match(key, "GNDREF")) {
-      file.GetToken(word);
-      int ground = SPortData::GroundFromWord(word);
-      if (ground < 0) {
-        // The older single letters.
-        if (word == "P")
-          ground = SPortData::GroundPolygonEdge;
-        else if (word == "B")
-          ground = SPortData::GroundBoxCover;
-        else if (word == "F")
-          ground = SPortData::GroundFloating;
-        else
-          return ReadFault(errors, file, 6017, 6216);
-      }
-      itsGroundReference = ground;
-      if (file.GetToken(word)) {
-        const int direction = SPortData::DirectionFromWord(word);
-        if (direction < 0) return ReadFault(errors, file, 6017, 6216);
-        itsGroundDirection = direction;
-      }
-    } else if (SFileBlock::Match(key, "TWTYPE")) {
-      file.GetToken(word);
-      const int width = SWordTable::CodeOf(kOldWidthWords, word, -1);
-      if (width < 0) return ReadFault(errors, file, 6017, 6216);
-      itsTerminalWidthType = width;
-    } else if (SFileBlock::Match(key, "TWVALUE")) {
-      if (!file.GetDouble(itsTerminalWidth)) return ReadFault(errors, file, 6017, 6216);
-    } else if (SFileBlock::Match(key, "DRP1")) {
-      file.GetToken(word);
-      const int side = SBoxSide::SideFromText(word);
-      if (side < 0) return ReadFault(errors, file, 6056);
-      const size_t before = errors.Count();
-      if (!GetRefPlane(side, true)->ReadForm(file, errors)) {
-        if (errors.Count() == before) ReadFault(errors, file, 6056);
-        return false;
-      }
-    } else if (SFileBlock::Match(key, "END")) {
-      return true;
-    } else {
-      return ReadFault(errors, file, 6024);
-    }
+    bool taken = false;
+    if (!ReadGroupLine(file, key, errors, taken)) return false;
+    if (taken) continue;
+    if (SFileBlock::Match(key, "END")) return true;
+    return ReadFault(errors, file, 6024);
   }
+}
+
+bool SCoupledGroup::ReadGroupLine(SFile& file, const SString& key, SProjectErrorManager& errors, bool& taken) {
+  SString word;
+  taken = true;
+  if (SFileBlock::Match(key, "ID")) {
+    if (!file.GetInt(itsGroupId)) return ReadFault(errors, file, 6017);
+  } else if (SFileBlock::Match(key, "GNDREF")) {
+    file.GetToken(word);
+    int ground = SPortData::GroundFromWord(word);
+    if (ground < 0) {
+      // The older single letters.
+      if (word == "P")
+        ground = SPortData::GroundPolygonEdge;
+      else if (word == "B")
+        ground = SPortData::GroundBoxCover;
+      else if (word == "F")
+        ground = SPortData::GroundFloating;
+      else
+        return ReadFault(errors, file, 6017, 6216);
+    }
+    itsGroundReference = ground;
+    if (file.GetToken(word)) {
+      const int direction = SPortData::DirectionFromWord(word);
+      if (direction < 0) return ReadFault(errors, file, 6017, 6216);
+      itsGroundDirection = direction;
+    }
+  } else if (SFileBlock::Match(key, "TWTYPE")) {
+    file.GetToken(word);
+    const int width = SWordTable::CodeOf(kOldWidthWords, word, -1);
+    if (width < 0) return ReadFault(errors, file, 6017, 6216);
+    itsTerminalWidthType = width;
+  } else if (SFileBlock::Match(key, "TWVALUE")) {
+    if (!file.GetDouble(itsTerminalWidth)) return ReadFault(errors, file, 6017, 6216);
+  } else if (SFileBlock::Match(key, "DRP1")) {
+    file.GetToken(word);
+    const int side = SBoxSide::SideFromText(word);
+    if (side < 0) return ReadFault(errors, file, 6056);
+    const size_t before = errors.Count();
+    if (!GetRefPlane(side, true)->ReadForm(file, errors)) {
+      if (errors.Count() == before) ReadFault(errors, file, 6056);
+      return false;
+    }
+  } else {
+    taken = false;
+  }
+  return true;
 }

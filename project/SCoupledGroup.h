@@ -47,6 +47,12 @@ public:
   // After the keyword; leaves the file on the END line.
   bool Read(SFile& file, SProjectErrorManager& errors);
 
+protected:
+  // The lines from "ID" on, without the closing END.
+  void WriteGroupLines(SProjectStream& out, int format) const;
+  // ID, GNDREF, TWTYPE, TWVALUE or DRP1 after its key; `taken` is false for any other key.
+  bool ReadGroupLine(SFile& file, const SString& key, SProjectErrorManager& errors, bool& taken);
+
 private:
   SString itsName;
   unsigned char itsAutomatic = 0;

@@ -83,6 +83,8 @@ bool BindTemplateMaterial(const SCircuit& circuit, STechLayer& layer, SProjectEr
   return true;
 }
 
+}  // namespace
+
 // A plane whose polygon is gone is written as if it had never been linked.
 void WritePlaneForm(SProjectStream& out, const SCircuit& circuit, const SRefPlaneData& plane) {
   if (plane.IsLinked() && plane.GetLink().FindPolygon(circuit) == nullptr) {
@@ -99,6 +101,8 @@ bool PlaneHasLine(const SCircuit& circuit, const SRefPlaneData& plane) {
     return plane.GetLength() != 0.0 || plane.IsCalibrationSet();
   return !plane.IsEmpty();
 }
+
+namespace {
 
 bool CheckLink(const SCircuit& circuit, const SPolyDepHandle& link, long long line, SProjectErrorManager& errors) {
   if (!link.IsSet() || link.FindPolygon(circuit) != nullptr) return true;

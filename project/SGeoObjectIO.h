@@ -12,6 +12,7 @@ class SEnclosure;
 class SFile;
 class SMetalPolygon;
 class SPort;
+class SRefPlaneData;
 class SProjectErrorManager;
 class SProjectStream;
 class SSubsectionControls;
@@ -43,6 +44,10 @@ void WriteViasAndPorts(SProjectStream& out, const std::vector<std::pair<long lon
                        std::vector<SPort*>& ports);
 // The groups that no port of `ports` has written.
 void WriteCoupledGroups(SProjectStream& out, const SCircuit& circuit, const std::vector<SPort*>& ports, int format);
+// A plane's form behind its keyword; a plane whose polygon is gone writes as a fixed one.
+void WritePlaneForm(SProjectStream& out, const SCircuit& circuit, const SRefPlaneData& plane);
+// Whether that form has anything to say.
+bool PlaneHasLine(const SCircuit& circuit, const SRefPlaneData& plane);
 // A new circuit's four box-side reference planes, made right after its levels.
 void CreateBoxRefPlanes(SCircuit& circuit);
 // The template's controls of a technology layer, or null.

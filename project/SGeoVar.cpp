@@ -7,6 +7,7 @@
 #include "SMetalPolygon.h"
 #include "SProjectErrorManager.h"
 #include "SProjectStream.h"
+#include "SSMDev.h"
 #include "SVariable.h"
 
 #include <algorithm>
@@ -76,8 +77,7 @@ bool SGeoVar::ComputeNominal(const SCircuit& circuit, double& nominal) const {
 
 int SGeoVar::CheckHandles(const SCircuit& circuit) const {
   const auto check = [&](const SPolyDepHandle& handle) {
-    // Components are bound elsewhere; only polygon handles can be checked here.
-    if (handle.IsComponent()) return 0;
+    if (handle.IsComponent()) return handle.FindComponent(circuit) != nullptr ? 0 : 6130;
     const SMetalPolygon* polygon = handle.FindPolygon(circuit);
     if (polygon == nullptr) return 6130;
     for (int item : handle.GetItems())
@@ -157,14 +157,25 @@ void SGeoVar::Apply(SCircuit& circuit, bool forward) {
       std::vector<SVertexRef> points;
       CollectSet(circuit, 2, true, points);
       move(points, vx, vy);
+      MoveComponents(circuit, 2, vx, vy);
       if (symmetric) {
         points.clear();
         CollectSet(circuit, 1, true, points);
         move(points, -vx, -vy);
+        MoveComponents(circuit, 1, -vx, -vy);
       }
     }
   }
   if (ComputeNominal(circuit, nominal)) SetNominalRead(nominal);
+}
+
+// A component moves whole, the pins with it.
+void SGeoVar::MoveComponents(const SCircuit& circuit, int which, double dx, double dy) const {
+  std::vector<SSMDev*> moved;
+  for (const SPolyDepHandle& handle : GetPointSet(which))
+    if (SSMDev* component = handle.FindComponent(circuit))
+      if (std::find(moved.begin(), moved.end(), component) == moved.end()) moved.push_back(component);
+  for (SSMDev* component : moved) component->Move(dx, dy);
 }
 
 bool SGeoVar::WaitsFor(const SGeoVar& other) const {

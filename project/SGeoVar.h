@@ -64,6 +64,7 @@ private:
   static void CollectVertices(const SCircuit& circuit, const SPolyDepHandle& handle, std::vector<SVertexRef>& out);
   void CollectSet(const SCircuit& circuit, int which, bool withReference, std::vector<SVertexRef>& out) const;
   bool HasComponentHandle() const;
+  void MoveComponents(const SCircuit& circuit, int which, double dx, double dy) const;
   bool ReadPointSet(SFile& file, SProjectErrorManager& errors, std::vector<SPolyDepHandle>& set);
 
   std::vector<SPolyDepHandle> itsPointSets[2];

@@ -6,6 +6,7 @@
 #include "SMetalPolygon.h"
 #include "SProjectErrorManager.h"
 #include "SProjectStream.h"
+#include "SSMDev.h"
 
 #include <algorithm>
 
@@ -20,6 +21,11 @@ SMetalPolygon* SPolyDepHandle::FindPolygon(const SCircuit& circuit) const {
   for (SEnclosure* shape : shapes)
     if (shape->GetId() == itsPolygonId) return static_cast<SMetalPolygon*>(shape);
   return nullptr;
+}
+
+SSMDev* SPolyDepHandle::FindComponent(const SCircuit& circuit) const {
+  if (itsPolygonId < 0 || !itsComponent) return nullptr;
+  return SSMDev::Find(circuit, itsPolygonId);
 }
 
 void SPolyDepHandle::Write(SProjectStream& out) const {

@@ -9,6 +9,7 @@ class SFile;
 class SMetalPolygon;
 class SProjectErrorManager;
 class SProjectStream;
+class SSMDev;
 
 // A link to a polygon and some of its edges (or vertices), in the file as a "POLY" line with
 // the polygon's id and a count, then one line per number. The polygon is kept by id and
@@ -30,6 +31,8 @@ public:
   void SetPolygon(const SMetalPolygon* polygon);
   // The polygon of the id in the circuit, or null.
   SMetalPolygon* FindPolygon(const SCircuit& circuit) const;
+  // For an "SMD" handle, the component of the id (its group id) in the circuit, or null.
+  SSMDev* FindComponent(const SCircuit& circuit) const;
   const std::vector<int>& GetItems() const { return itsItems; }
   void SetItems(const std::vector<int>& items) { itsItems = items; }
   void AddItem(int item) { itsItems.push_back(item); }

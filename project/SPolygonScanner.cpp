@@ -12,6 +12,7 @@
 #include "SPort.h"
 #include "SProjectFile.h"
 #include "SRefPlane.h"
+#include "SSMDev.h"
 #include "STechLayer.h"
 
 #include <algorithm>
@@ -158,6 +159,11 @@ SPolygonScanner::SPolygonScanner(const SCircuit& circuit) : itsLevels(circuit.Ge
   for (SCoupledGroup* group : groups)
     for (int side = SBoxSide::Left; side <= SBoxSide::AutoGround; ++side)
       if (const SRefPlane* plane = group->GetRefPlane(side)) Want(itsWanted, plane->GetLink());
+  std::vector<SSMDev*> components;
+  SSMDev::Collect(circuit, components);
+  std::vector<const SPolyDepHandle*> links;
+  for (const SSMDev* component : components) component->GetLinks(links);
+  for (const SPolyDepHandle* link : links) Want(itsWanted, *link);
 }
 
 bool SPolygonScanner::Binds(Kind kind, int material) const {

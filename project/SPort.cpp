@@ -59,17 +59,21 @@ void SPort::WriteTypeLine(SProjectStream& out, int format) const {
   out << '\n';
 }
 
+void SPort::WriteGroundLines(SProjectStream& out) const {
+  out << "GNDREF " << GroundWord(itsGroundReference);
+  if (HasDirection(itsGroundReference)) out << ' ' << DirectionWord(itsGroundDirection);
+  out << "\nTERMW " << WidthWord(itsTerminalWidthType);
+  if (itsTerminalWidthType == CustomWidth) out << ' ' << itsTerminalWidth;
+  out << '\n';
+}
+
 void SPort::Write(SProjectStream& out, int format, int number) const {
   WriteTypeLine(out, format);
   if (format >= 11 && CanBeDiagonal() && itsDiagonalAllowed) out << "DIAGALLOWED Y\n";
   if (format >= 21 && itsPolarityReversed) out << "POLARITY REVERSED\n";
   if (format >= 21 && itsType == CoCalibrated) {
     if (itsSimple) out << "SIMPLE Y\n";
-    out << "GNDREF " << GroundWord(itsGroundReference);
-    if (HasDirection(itsGroundReference)) out << ' ' << DirectionWord(itsGroundDirection);
-    out << "\nTERMW " << WidthWord(itsTerminalWidthType);
-    if (itsTerminalWidthType == CustomWidth) out << ' ' << itsTerminalWidth;
-    out << '\n';
+    WriteGroundLines(out);
   }
   const SMetalPolygon* polygon = GetPolygon();
   SPolyDepHandle handle;

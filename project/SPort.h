@@ -37,8 +37,14 @@ public:
   // After the keyword (POR1, PORA, PORI or POR); leaves the file on the last line taken.
   bool Read(SFile& file, const SString& keyword, SProjectErrorManager& errors);
 
-private:
+protected:
+  // DIAGALLOWED, POLARITY, SIMPLE, GNDREF and TERMW lines from the current one; leaves the
+  // file on the first other line.
   bool ReadOptions(SFile& file, SProjectErrorManager& errors);
+  // "GNDREF ..." and "TERMW ..." lines.
+  void WriteGroundLines(SProjectStream& out) const;
+
+private:
   bool ReadPortLine(SFile& file, SProjectErrorManager& errors);
   void WriteTypeLine(SProjectStream& out, int format) const;
 

@@ -24,6 +24,7 @@
 #include "SRefPlane.h"
 #include "SResponseBlock.h"
 #include "SSMDBlock.h"
+#include "SSMDev.h"
 #include "SSafeSave.h"
 #include "SSubdivisionBlock.h"
 #include "STime.h"
@@ -438,6 +439,7 @@ bool SProject::ReadFile(SFile& file) {
   if (!GetHeaderBlock()->IsPresent()) GetHeaderBlock()->SetDefaults();
   SControlBlock* control = GetControlBlock();
   if (!control->IsPresent()) control->SetDefaults();
+  if (SCircuit* circuit = GetGeometryBlock()->GetCircuit()) SSMDev::BindFiles(*circuit, *GetSMDBlock());
   RepairVariableNames();
   EvaluateVariables();
   if (control->itsFMax.IsValid())
@@ -553,6 +555,8 @@ bool SProject::WriteFile(SProjectStream& out) {
   else
     out << "FTYP VELORAPRJ " << number << " ! Velora Netlist Project File\n";
   out << "VER " << version << '\n';
+  if (SCircuit* circuit = geometry->GetCircuit())
+    if (SSMDev::CopyFiles(*circuit, *GetSMDBlock())) GetSMDBlock()->SetPresent(true);
   // Older formats keep the plain frequency sweeps in FREQ; the guard puts the block back.
   std::unique_ptr<SFrequencyBlock::SFromSweeps> frequencies;
   if (format < SProjectFormat::kCurrent)

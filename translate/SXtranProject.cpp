@@ -26,6 +26,7 @@
 #include "SPort.h"
 #include "SQsgBlock.h"
 #include "SRefPlane.h"
+#include "SSMDev.h"
 #include "STechLayer.h"
 #include "SVariable.h"
 #include "SVeloraError.h"
@@ -265,6 +266,10 @@ bool SXtranProject::ReleaseReferencePlanes()
         }
         plane->SetLength(std::max(0.0, length));
     }
+    std::vector<SSMDev*> components;
+    SSMDev::Collect(*itsCircuit, components);
+    for (SSMDev* component : components)
+        component->ReleaseLinks(*itsCircuit);
     return true;
 }
 
