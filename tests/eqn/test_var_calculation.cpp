@@ -172,11 +172,14 @@ TEST_F(VarCalculationTest, CopiesBindTheSameSourcesAndLeaveThemWhenDestroyed) {
 }
 
 TEST_F(VarCalculationTest, AnArgumentWhoseSourceWentAwayFailsByName) {
-  itsProject.Add("w", 4.0);
+  FakeVariable& w = itsProject.Add("w", 4.0);
   SVarCalculation calculation(&itsProject);
   SString words;
   ASSERT_TRUE(calculation.Compile("w*2", words));
-  static_cast<SVarArgImplimentation*>(calculation.GetArgument(1))->ReleaseSource();
+  // As a source going away does: the argument forgets it, and it the argument.
+  SVarArgImplimentation* argument = static_cast<SVarArgImplimentation*>(calculation.GetArgument(1));
+  argument->ReleaseSource();
+  w.itsBound.erase(argument);
   Complex result;
   EXPECT_FALSE(calculation.Evaluate(0.0, result, words));
   EXPECT_STREQ(words.data(), "Bad Argument (w) in equation w*2");

@@ -191,6 +191,13 @@ TEST_F(SweepsTest, ElementsAreKeptWordForWordInTheirPlaceAmongThePolygons) {
   // A type that only an element uses is still written, and the element follows its number.
   SMetalType* copper = circuit->FindMetalType("Copper");
   ASSERT_NE(copper, nullptr);
+  // The square that uses Copper goes first, so that nothing refers to the type any more.
+  std::vector<SEnclosure*> shapes;
+  circuit->CollectPolygons(shapes);
+  ASSERT_FALSE(shapes.empty());
+  SBaseEnclosure* square = shapes[0];
+  ASSERT_TRUE(square->GetOwner()->RemoveChild(square));
+  delete square;
   circuit->RemoveChild(copper);
   delete copper;
   const std::string text = GeoBody(WriteText(project));
