@@ -119,7 +119,10 @@ bool SFileOutputBlock::ReadBody(SFile& file, SProjectErrorManager& errors) {
 
 void SFileOutputBlock::WriteBody(SProjectStream& out) {
   const SString folder = FolderText(ProjectName());
-  if (!folder.isEmpty()) out << "FOLDER " << folder << '\n';
+  if (!folder.isEmpty()) {
+    out << "FOLDER ";
+    out.Name(folder) << '\n';
+  }
   const int format = Format();
   for (size_t i = 0; i < Count(); ++i)
     if (Get(i)->IsWritten(format)) Get(i)->Write(out);
