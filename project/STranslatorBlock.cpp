@@ -3,6 +3,7 @@
 #include "SFile.h"
 #include "SProjectClassID.h"
 #include "SProjectErrorManager.h"
+#include "SVeloraError.h"
 
 #include <QCoreApplication>
 #include <QSettings>
@@ -50,7 +51,11 @@ bool STranslatorBlock::ReadBody(SFile& file, SProjectErrorManager& errors) {
     if (Match(word, "END")) return true;
     const int kind = STranslatorExport::KindOfWord(word);
     if (kind >= 0 && !itsExports[kind].Read(file)) {
-      errors.AddError(SProjectErrorManager::Error, LineOf(file), 7140);
+      // The message alone says only "Project": the line that failed goes with it.
+      SString line, detail;
+      file.GetLine(line);
+      VeloraFormatMessage(detail, 7132, line.data());
+      errors.AddText(SProjectErrorManager::Error, LineOf(file), 7140, VeloraMessageText(7140) + ": " + detail);
       return false;
     }
     if (!file.NextLine()) return true;
