@@ -70,6 +70,13 @@ void SFileOutputBlock::FileNameChanged(const SString& newName) {
   itsProjectName = newName;
 }
 
+bool SFileOutputBlock::ReadFirstLine(SFile& file) {
+  SString word;
+  if (itsOwner && itsOwner->GetFileVersion() < 1 && file.PeekToken(word) && SBaseOutputFile::KindOfWord(word) >= 0)
+    return true;
+  return SFileBlock::ReadFirstLine(file);
+}
+
 bool SFileOutputBlock::ReadBody(SFile& file, SProjectErrorManager& errors) {
   itsFiles.clearAndDestroy();
   itsFolder.clear();

@@ -19,6 +19,8 @@ public:
   SCollectable* newSpecies() const override { return new SFileOutputBlock(); }
   SCollectable* copy() const override { return new SFileOutputBlock(*this); }
 
+  // In the oldest files an output file may follow the block's name on its first line.
+  bool ReadFirstLine(SFile& file) override;
   // An entry that can't be read is message 7132 with its line, and ends the read.
   bool ReadBody(SFile& file, SProjectErrorManager& errors) override;
   void WriteBody(SProjectStream& out) override;

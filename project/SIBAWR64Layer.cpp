@@ -2,6 +2,7 @@
 
 #include "SInterfaceWords.h"
 #include "SProjectClassID.h"
+#include "SWordTable.h"
 
 SCOLLECTABLE_DEFINE(SIBAWR64Layer, SID_IBAWR64LAYER, &SCollectable::staticTypeInfo())
 
@@ -26,7 +27,7 @@ bool SIBAWR64Layer::Read(SFile& file) {
 void SIBAWR64Layer::Write(SProjectStream& out) const {
   out << (itsEmbedded ? "AWR64ELAYER" : "AWR64LAYER");
   for (const QString& name : itsNames) SInterfaceWords::Quoted(out, SString(name));
-  out << ' ' << kKinds[itsKind] << ' ';
+  out << ' ' << SWordTable::WordOf(kKinds, itsKind, kKinds[0]) << ' ';
   out.Name(itsTrace) << ' ' << itsValues[0] << ' ' << itsValues[1] << ' ';
   out.YesNo(itsFlag) << '\n';
 }

@@ -2,6 +2,7 @@
 
 #include "SInterfaceWords.h"
 #include "SProjectClassID.h"
+#include "SWordTable.h"
 
 SCOLLECTABLE_DEFINE(SIBAWR64Matl, SID_IBAWR64MATL, &SCollectable::staticTypeInfo())
 
@@ -26,7 +27,7 @@ bool SIBAWR64Matl::Read(SFile& file) {
 void SIBAWR64Matl::Write(SProjectStream& out) const {
   out << "AWR64MATL ";
   out.Name(itsName) << ' ';
-  out.Name(itsOutsideName) << ' ' << kKinds[itsKind];
+  out.Name(itsOutsideName) << ' ' << SWordTable::WordOf(kKinds, itsKind, kKinds[0]);
   SInterfaceWords::Numbers(out, itsValues);
   out << '\n';
 }

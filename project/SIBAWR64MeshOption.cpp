@@ -2,6 +2,7 @@
 
 #include "SInterfaceWords.h"
 #include "SProjectClassID.h"
+#include "SWordTable.h"
 
 SCOLLECTABLE_DEFINE(SIBAWR64MeshOption, SID_IBAWR64MESHOPTION, &SCollectable::staticTypeInfo())
 
@@ -36,7 +37,7 @@ bool SIBAWR64MeshOption::Read(SFile& file) {
 }
 
 void SIBAWR64MeshOption::Write(SProjectStream& out) const {
-  out << "AWR64MESHI " << itsIndex << ' ' << kDensities[itsDensity] << ' ' << kDecimations[itsDecimation];
+  out << "AWR64MESHI " << itsIndex << ' ' << SWordTable::WordOf(kDensities, itsDensity, kDensities[0]) << ' ' << SWordTable::WordOf(kDecimations, itsDecimation, kDecimations[2]);
   for (bool flag : itsFlags) {
     out << ' ';
     out.YesNo(flag);

@@ -2,6 +2,7 @@
 
 #include "SInterfaceWords.h"
 #include "SProjectClassID.h"
+#include "SWordTable.h"
 
 SCOLLECTABLE_DEFINE(SIBAWR64Port, SID_IBAWR64PORT, &SCollectable::staticTypeInfo())
 
@@ -46,7 +47,7 @@ void SIBAWR64Port::Write(SProjectStream& out) const {
   out << "AWR64PORT " << itsIndex;
   SInterfaceWords::Quoted(out, itsNames[0]);
   SInterfaceWords::Quoted(out, itsNames[1]);
-  out << ' ' << itsNumber << ' ' << kSides[itsSide] << ' ' << kDimensions[its3D ? 1 : 0] << ' ' << kGrounds[itsGround];
+  out << ' ' << itsNumber << ' ' << SWordTable::WordOf(kSides, itsSide, "Unknown") << ' ' << kDimensions[its3D ? 1 : 0] << ' ' << SWordTable::WordOf(kGrounds, itsGround, kGrounds[0]);
   SInterfaceWords::Numbers(out, itsValues);
   out << ' ';
   out.YesNo(itsFlags[0]) << ' ';

@@ -376,7 +376,7 @@ TEST_F(TranslatorInterfaceTest, OutputFilesOfTheOldestFilesMayFollowABlockWord) 
   const std::string text = "FTYP VELORAPRJ 0\nFILEOUT TS D Y a.s2p\nEND TOUCH D Y b.tch\nEND FILEOUT\n";
   SProject project;
   ASSERT_TRUE(ReadText(project, text)) << project.GetErrors().ErrorText().data();
-  EXPECT_EQ(Body(WriteText(project), "FILEOUT"), "TOUCH D Y b.tch\n");
+  EXPECT_EQ(Body(WriteText(project), "FILEOUT"), "TS D Y a.s2p\nTOUCH D Y b.tch\n");
 }
 
 TEST_F(TranslatorInterfaceTest, RepairedVariableNamesFollowIntoTheOutputFiles) {
