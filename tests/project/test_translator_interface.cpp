@@ -288,12 +288,25 @@ TEST_F(TranslatorInterfaceTest, GeometryProjectsGetTheirInterfaceLinesBackWordFo
 }
 
 TEST_F(TranslatorInterfaceTest, AnInterfaceLineWithAnUnknownWordIsReportedWithItsLine) {
-  const char* const lines[] = {"AWR64MESHI 1 MD_Huge MDec_High Y N Y", "CDSFASTSOLVEROPTIONS MULTITHREAD yes",
-                               "LAYERMAP WIRE M1 metal1 31", "CDSORIGIN 1", "NOSUCHLINE 3"};
+  const char* const lines[] = {"CDSFASTSOLVEROPTIONS MULTITHREAD yes", "LAYERMAP WIRE M1 metal1 31", "CDSORIGIN 1",
+                               "NOSUCHLINE 3", "METFPAWR top 3 orange", "AWR64MESHI 1 MD_Low MDec_High Y N Y"};
   for (const char* line : lines) {
     const std::string text = Netlist(std::string("INTERFACE\nCDSDATE today\n") + line + "\nEND INTERFACE\n");
     EXPECT_EQ(Failure(text), (std::vector<std::pair<int, int>>{{7284, 5}})) << line;
   }
+  // Inside the section of the host tool's project.
+  const char* const section[] = {"AWR64MESHI 1 MD_Huge MDec_High Y N Y", "AWR64PORT 1 \"P1\" \"n\" 1 Left 4D Wave 0 Y N",
+                                 "AWR64LAYER \"L1\" dielectric NoTrace 10 1 maybe", "AWR64MATL Cu cu MT_Gold 1",
+                                 "AWR64OPTION Name=Mesh", "LAYFPAWR 1 2 3"};
+  for (const char* line : section) {
+    const std::string text = Netlist(std::string("INTERFACE\nAWR64PROJECT p 1\nBEGIN\n") + line + "\nEND\nEND INTERFACE\n");
+    EXPECT_EQ(Failure(text), (std::vector<std::pair<int, int>>{{7284, 6}})) << line;
+  }
+  // A file newer than the program only warns, and the line is passed over.
+  SProject project;
+  ASSERT_TRUE(ReadText(project, "FTYP VELORAPRJ 99\nINTERFACE\nNOSUCHLINE 3\nCDSSHIELD s\nEND INTERFACE\n"));
+  EXPECT_TRUE(project.GetErrors().Contains(7283));
+  EXPECT_EQ(project.GetInterfaceBlock()->itsShieldNames, QStringList({"s"}));
 }
 
 // ---- FILEOUT
