@@ -23,6 +23,8 @@ public:
   // The resource of `prefixId`, a line feed, then the formatted message; without a prefix
   // text the message alone.
   void AddPrefixedError(int severity, int line, int prefixId, int messageId, ...);
+  // An entry of `messageId` with a text that the caller made of message texts.
+  void AddText(int severity, int line, int messageId, const SString& text) { Add(false, severity, line, messageId, text); }
 
   // "Filename: <name>" and one "<name>:<line>: <text>" per entry ("Line <line>: <text>" when
   // no file is named, the text alone when the entry has no line).
