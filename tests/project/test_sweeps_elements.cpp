@@ -195,9 +195,9 @@ TEST_F(SweepsTest, ElementsAreKeptWordForWordInTheirPlaceAmongThePolygons) {
   std::vector<SEnclosure*> shapes;
   circuit->CollectPolygons(shapes);
   ASSERT_FALSE(shapes.empty());
-  SBaseEnclosure* square = shapes[0];
-  ASSERT_TRUE(square->GetOwner()->RemoveChild(square));
-  delete square;
+  SBaseEnclosure* copperSquare = shapes[0];
+  ASSERT_TRUE(copperSquare->GetOwner()->RemoveChild(copperSquare));
+  delete copperSquare;
   circuit->RemoveChild(copper);
   delete copper;
   const std::string text = GeoBody(WriteText(project));

@@ -271,7 +271,9 @@ TEST_F(TranslatorInterfaceTest, InterfaceLinesAreWrittenFromTheFormatThatKnowsTh
   for (const auto& c : cases) {
     SProjectFormat::SetWriteFormat(c.format);
     const std::string body = Body(WriteText(project), "INTERFACE");
-    if (c.present) EXPECT_NE(body.find(c.present), std::string::npos) << c.format << "\n" << body;
+    if (c.present) {
+      EXPECT_NE(body.find(c.present), std::string::npos) << c.format << "\n" << body;
+    }
     EXPECT_EQ(body.find(c.absent), std::string::npos) << c.format << "\n" << body;
   }
 }
