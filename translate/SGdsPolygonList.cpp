@@ -39,6 +39,11 @@ size_t SGdsPolygonList::DefaultMemoryLimit()
     struct rlimit address;
     if (getrlimit(RLIMIT_AS, &address) == 0 && address.rlim_cur != RLIM_INFINITY && address.rlim_cur < limit)
         limit = size_t(address.rlim_cur);
+#ifdef GDS_FUZZING
+    // Fuzzing looks for faults: a small stream that legitimately flattens to millions of
+    // polygons only costs minutes, and would hide a real hang behind the timeout.
+    limit = std::min(limit, size_t(256) << 20);
+#endif
     return limit == SIZE_MAX ? limit : limit / 4 * 3;
 }
 
