@@ -59,7 +59,7 @@ void SVariableSpecContainer::SetUnused(const SString& name) {
     if (SVariablePair* pair = static_cast<SVariableSpecification*>(item)->Find(name)) pair->SetInUse(false);
 }
 
-void SVariableSpecContainer::Add(SVariableSpecification* specification) { itsSpecifications.append(specification); }
+void SVariableSpecContainer::Add(SVariableSpecification* values) { itsSpecifications.append(values); }
 
 void SVariableSpecContainer::Remove(const SString& name) {
   if (SVariablePair* pair = FindIn(itsShared, name)) {
@@ -86,8 +86,8 @@ void SVariableSpecContainer::ApplyFlags(const SVariableSpecContainer& other) {
   };
   for (SCollectable* item : itsShared) apply(static_cast<SVariablePair*>(item));
   for (SCollectable* item : itsSpecifications) {
-    auto* specification = static_cast<SVariableSpecification*>(item);
-    for (size_t i = 0; i < specification->Count(); ++i) apply(specification->At(i));
+    auto* values = static_cast<SVariableSpecification*>(item);
+    for (size_t i = 0; i < values->Count(); ++i) apply(values->At(i));
   }
 }
 
@@ -97,9 +97,9 @@ std::vector<SVariableSpecification*> SVariableSpecContainer::Expand(const SVaria
   QStringList names;
   std::vector<std::vector<const SVariablePair*>> values;
   for (SCollectable* item : itsSpecifications) {
-    const auto* specification = static_cast<const SVariableSpecification*>(item);
-    for (size_t i = 0; i < specification->Count(); ++i) {
-      const SVariablePair* pair = specification->At(i);
+    const auto* set = static_cast<const SVariableSpecification*>(item);
+    for (size_t i = 0; i < set->Count(); ++i) {
+      const SVariablePair* pair = set->At(i);
       if (useFlags && !pair->IsInUse()) continue;
       int at = names.indexOf(pair->GetName().qstring());
       if (at < 0) {

@@ -24,12 +24,12 @@ public:
   // Takes ownership of a shared pair; one of the same name is replaced.
   void AddShared(SVariablePair* pair);
 
-  // The shared pair of that name, else the first pair of that name in a specification.
+  // The shared pair of that name, else the first pair of that name in one of the sets.
   SVariablePair* Find(const SString& name) const;
   // Every pair of that name leaves use.
   void SetUnused(const SString& name);
   // Takes ownership.
-  void Add(SVariableSpecification* specification);
+  void Add(SVariableSpecification* values);
   // Every pair of that name goes.
   void Remove(const SString& name);
   // Every pair of that name moves to `index` of its list (to the end past it).

@@ -268,7 +268,7 @@ TEST_F(OptSubdivTest, OptimisationFailuresGiveTheirMessagesAndLines) {
       // A goal line that doesn't fit is dropped with a warning.
       {"ENABLED Y\nGOAL Y NET=GEO S11 ~ VALUE=1\nGOAL Y NET=GEO S11 = VALUE=1\nEND\n", true, {{7136, 5}}, 1, 1},
       {"ENABLED Y\nGOAL Y NET=GEO S11 = VALUE=x\nEND\n", true, {{7136, 5}}, 1, 0},
-      {"ENABLED Y\nGOAL Y NET=GEO S11 = SPEC 1\nEND\n", true, {{7136, 5}}, 1, 0},
+      {"ENABLED Y\nGOAL Y NET=GEO S11 = LIMIT 1\nEND\n", true, {{7136, 5}}, 1, 0},
       {"ENABLED Y\nGOAL Y NET=GEO S11 = VALUE=1 heavy\nEND\n", true, {{7136, 5}}, 1, 0},
       {"ENABLED Y\nGOAL Y NET= S11 = VALUE=1\nEND\n", true, {{7136, 5}}, 1, 0},
       // Lines the block can't take are unknown content, which a file of this version may not hold.

@@ -360,7 +360,7 @@ TEST_F(ProjectTest, AParameterListKeepsEveryEntry) {
             "END VAR\n");
 }
 
-TEST_F(ProjectTest, ParameterListEntriesLandInTheSpecification) {
+TEST_F(ProjectTest, ParameterListEntriesLandInTheList) {
   SProject project;
   ASSERT_TRUE(ReadText(project, kVarProject));
   EXPECT_EQ(project.GetErrors().Count(), 0u) << project.GetErrors().ErrorText().data();
@@ -481,9 +481,9 @@ TEST(SpecContainerTest, ExpandGivesEveryCombination) {
   std::vector<SVariableSpecification*> all = sweep.Expand(base, true, true);
   ASSERT_EQ(all.size(), 6u);
   QStringList texts;
-  for (SVariableSpecification* spec : all) {
-    texts << spec->GetListText(0).qstring();
-    delete spec;
+  for (SVariableSpecification* set : all) {
+    texts << set->GetListText(0).qstring();
+    delete set;
   }
   EXPECT_EQ(texts, (QStringList{"K=7 W=1 L=10 T=0", "K=7 W=1 L=20 T=0", "K=7 W=1 L=30 T=0", "K=7 W=2 L=10 T=0",
                                 "K=7 W=2 L=20 T=0", "K=7 W=2 L=30 T=0"}));
@@ -491,7 +491,7 @@ TEST(SpecContainerTest, ExpandGivesEveryCombination) {
   all = sweep.Expand(base, false, false);
   EXPECT_EQ(all.size(), 6u);
   EXPECT_EQ(all[0]->GetListText(0), SString("K=7 W=1 L=10 H=5"));
-  for (SVariableSpecification* spec : all) delete spec;
+  for (SVariableSpecification* set : all) delete set;
 }
 
 TEST(SpecContainerTest, FlagsOrderAndRemovalReachEveryList) {
