@@ -1,0 +1,1 @@
+// The material library: material files, technology files, conversion material and rule files.
