@@ -51,8 +51,9 @@ string 5760 "The rule or equation could not be used: %s"
 string 5770 "Component note: %s"
 string 5795 "Unable to save the custom rule file."
 
-// Settings file errors by code (5690 to 5695 have no arguments; 5696 takes the code)
-string 5690 "The settings file could not be found."
+// Settings file errors by code (5690 to 5695 have no arguments; 5696 takes the code).
+// 5690 is also the title over a material or technology file that can't be used.
+string 5690 "A file could not be found or could not be read."
 string 5691 "The settings file could not be created."
 string 5692 "The directory of the settings file does not exist."
 string 5693 "The directory of the settings file cannot be read."
