@@ -1,1 +1,0 @@
-// The material library: material files, technology files, conversion material and rule files.

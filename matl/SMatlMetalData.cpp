@@ -1,0 +1,4 @@
+#include "SMatlMetalData.h"
+
+SMatlMetalData::SMatlMetalData() {}
+bool SMatlMetalData::SetUnusedToDefault(const SString&) { return false; }
