@@ -326,6 +326,27 @@ TEST_F(ViaRules, RulesAmongTheLinesOfAHeader)
     EXPECT_TRUE(target.GetRules() == rules);
 }
 
+TEST_F(ViaRules, TheInstalledDefaultPresetReadsAndDecides)
+{
+    SViaMetalRules rules;
+    ASSERT_TRUE(rules.ReadFile(GDS_SOURCE_DIR "/resource/cvt/default.cvt")) << rules.GetErrorText().data();
+    EXPECT_EQ(rules.GetTitle(), "Default");
+    const Answer cases[] = {
+        {"MyVIA1", true, false, true, false},
+        {"Contact", true, true, true, false},
+        {"CUT2", true, false, false, true},
+        {"V12", false, true, true, false},
+        {"V12", true, false, false, true},
+        {"M1", true, false, false, false},
+        {"", true, false, false, true},
+    };
+    for (const Answer& c : cases) {
+        const SViaMetalRuleQuery query = Ask(rules, c.name, c.planar, c.vias);
+        EXPECT_EQ(query.itsCreateVia, c.createVia) << c.name << " " << c.planar << c.vias;
+        EXPECT_EQ(query.itsKeepPlanar, c.keepPlanar) << c.name << " " << c.planar << c.vias;
+    }
+}
+
 // HOME and VELORA_RESOURCE_DIR in scratch folders, with preset files written there.
 class RuleFiles : public ViaRules {
 protected:
