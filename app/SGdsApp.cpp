@@ -15,17 +15,14 @@
 #include "SGdsRecord.h"
 #include "SGdsStructureList.h"
 #include "SErrorMessages.h"
-#include "SBrickType.h"
 #include "SCircuit.h"
+#include "SCvtMaterialFile.h"
 #include "SDimensionBlock.h"
 #include "SLevel.h"
-#include "SMetalType.h"
 #include "SProjectOperations.h"
 #include "SProjectStream.h"
-#include "SSafeSave.h"
 #include "STechLayer.h"
 #include "SVeloraError.h"
-#include "SViaMetalType.h"
 #include "SXtranProject.h"
 
 #include <algorithm>
@@ -409,82 +406,42 @@ bool SGdsApp::WriteProject()
 
 bool SGdsApp::WriteMaterialFile()
 {
-    std::string text;
-    auto line = [&text](const SString& value) {
-        text += value.data();
-        text += '\n';
-    };
-    std::vector<SLayerFileTechLayer> layers;
-    const SRect extents = itsPolygonList->GetBoundingBox();
-    const SString extentsLine = "EXTENTS " + SString::number(extents.x1()) + " " + SString::number(extents.y1()) +
-                                " " + SString::number(extents.x2()) + " " + SString::number(extents.y2());
+    SCvtMaterialFile summary;
+    summary.SetExtents(itsPolygonList->GetBoundingBox());
+    SCircuit* circuit = nullptr;
     if (!itsOptions.itsNewProject) {
         delete itsSummaryProject;
         itsSummaryProject = new SXtranProject;
         itsSummaryProject->SetTemplateRead(true);
         if (!ReadInputProject(*itsSummaryProject, itsInputProjectName))
             return false;
-        SCircuit* circuit = itsSummaryProject->GetCircuit();
-        std::vector<SString> names;
-        auto once = [&names](const SString& name) {
-            if (std::find(names.begin(), names.end(), name) != names.end())
-                return false;
-            names.push_back(name);
-            return true;
-        };
-        std::vector<SMetalType*> metals;
-        circuit->CollectObjects(metals);
-        for (const SMetalType* metal : metals)
-            if (metal->isA() == SMetalType::staticTypeInfo().id() && metal->GetDefinition() != SMetalTypeData::WGLoad &&
-                metal->GetDefinition() != SMetalTypeData::FreeSpace && once("metal " + metal->GetTypeName()))
-                line("metal " + metal->GetTypeName());
-        std::vector<SViaMetalType*> vias;
-        circuit->CollectObjects(vias);
-        for (const SViaMetalType* via : vias)
-            if (once("viametal " + via->GetTypeName()))
-                line("viametal " + via->GetTypeName());
-        std::vector<SBrickType*> bricks;
-        circuit->CollectObjects(bricks);
-        for (const SBrickType* brick : bricks)
-            if (once("brick " + brick->GetTypeName()))
-                line("brick " + brick->GetTypeName());
-        std::vector<STechLayer*> techLayers;
-        circuit->GetTechLayers(techLayers);
-        const int ground = circuit->GetNumberOfLevels() - 1;
-        for (const STechLayer* layer : techLayers) {
-            SProjectStream block;
-            layer->Write(block, SFileBlock::Format(), true);
-            text += block.Text();
-            SLayerFileTechLayer summary;
-            summary.itsName = layer->GetName();
-            summary.itsStreamLayer = layer->HasStreamMapping() ? layer->GetStream() : -1;
-            summary.itsStreamDatatype = layer->GetData();
-            summary.itsLayerType = layer->GetLayerType();
-            summary.itsLevel = layer->GetLevel();
-            summary.itsOnGround = layer->GetLevel() == ground;
-            summary.itsToLevelType = layer->GetToLevelType();
-            summary.itsToLevel = layer->GetToLevel();
-            summary.itsMaterialName = layer->GetMaterialName();
-            layers.push_back(summary);
-        }
-        line(extentsLine);
-        const SSize box = circuit->GetBoxSize();
-        const SSize cell = circuit->GetCellSize();
-        line("BOXSIZE " + SString::number(box.width()) + " " + SString::number(box.height()));
-        line("CELLSIZE " + SString::number(cell.width()) + " " + SString::number(cell.height()));
-        line("UNITNAME " +
-             itsSummaryProject->GetDimensionBlock()->GetUnitName(SDimensionBlock::Length));
-    } else {
-        line(extentsLine);
-        if (!itsStructureList->itsUnitName.isEmpty() && itsStructureList->itsUnitName != "units")
-            line("UNITNAME " + itsStructureList->itsUnitName);
+        circuit = itsSummaryProject->GetCircuit();
+        summary.CollectFrom(*itsSummaryProject);
+    } else if (!itsStructureList->itsUnitName.isEmpty() && itsStructureList->itsUnitName != "units") {
+        // "units" is what a stream says when it names none.
+        summary.SetUnitName(itsStructureList->itsUnitName);
     }
-    SSafeSave save(itsMaterialFileName);
-    if (!save.Commit(text)) {
+    if (!summary.Write(itsMaterialFileName)) {
         GdsError("Can not write to file %s\n", itsMaterialFileName.data());
         return false;
     }
-    itsTechLayers = layers;
+    itsTechLayers.clear();
+    if (!circuit)
+        return true;
+    const int ground = circuit->GetNumberOfLevels() - 1;
+    for (const STechLayer* layer : summary.GetTechLayers()) {
+        SLayerFileTechLayer found;
+        found.itsName = layer->GetName();
+        found.itsStreamLayer = layer->HasStreamMapping() ? layer->GetStream() : -1;
+        found.itsStreamDatatype = layer->GetData();
+        found.itsLayerType = layer->GetLayerType();
+        found.itsLevel = layer->GetLevel();
+        found.itsOnGround = layer->GetLevel() == ground;
+        found.itsToLevelType = layer->GetToLevelType();
+        found.itsToLevel = layer->GetToLevel();
+        found.itsMaterialName = layer->GetMaterialName();
+        itsTechLayers.push_back(found);
+    }
     return true;
 }
 
