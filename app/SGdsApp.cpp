@@ -19,6 +19,7 @@
 #include "SCvtMaterialFile.h"
 #include "SDimensionBlock.h"
 #include "SLevel.h"
+#include "SMatl.h"
 #include "SProjectOperations.h"
 #include "SProjectStream.h"
 #include "STechLayer.h"
@@ -250,14 +251,18 @@ bool SGdsApp::LoadLayerFile()
 
 namespace {
 
-const int kProjectTitle = 5602;
+const int kUnusableFile = 5690;
 const int kUnreadableMaterialFile = 5681;
+
+bool HasSuffix(const SString& path, const char* suffix)
+{
+    return QFileInfo(path.qstring()).suffix().compare(suffix, Qt::CaseInsensitive) == 0;
+}
 
 // Material and technology files are known by their extension.
 bool IsMaterialOrTechnologyFile(const SString& path)
 {
-    const QString suffix = QFileInfo(path.qstring()).suffix();
-    return suffix.compare("matl", Qt::CaseInsensitive) == 0 || suffix.compare("stf", Qt::CaseInsensitive) == 0;
+    return HasSuffix(path, "matl") || HasSuffix(path, "stf");
 }
 
 } // namespace
@@ -274,12 +279,20 @@ void SGdsApp::ApplySettings(SXtranProject& project) const
 
 bool SGdsApp::ReadInputProject(SXtranProject& project, const SString& path)
 {
-    if (IsMaterialOrTechnologyFile(path)) {
-        // Reading these files comes with the material library; this build can't yet.
-        VeloraErrorReport(kProjectTitle, kUnreadableMaterialFile, path.data());
-        return false;
+    if (!IsMaterialOrTechnologyFile(path))
+        return project.ReadProject(path);
+    // A new project that the process described in the file fills.
+    project.InitNew();
+    bool ok = false;
+    if (HasSuffix(path, "matl")) {
+        SMatl material;
+        ok = material.Read(path) && material.SetIntoProject(project);
+    } else {
+        GdsError("ERROR: XML technology files (%s) are not read by this build.\n", path.data());
     }
-    return project.ReadProject(path);
+    if (!ok)
+        VeloraErrorReport(kUnusableFile, kUnreadableMaterialFile, path.data());
+    return ok;
 }
 
 bool SGdsApp::CreateProject()
