@@ -62,6 +62,7 @@ bool SGdsApp::LoadStringFiles()
 {
     SApplicationManager::LoadStringFiles();
     SErrorMessages::LoadStringFile("strings_gds.h");
+    SErrorMessages::LoadStringFile("strings_matl.h");
     return true;
 }
 

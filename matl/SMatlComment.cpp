@@ -1,11 +1,42 @@
 #include "SMatlComment.h"
 
+#include "SCommentedFile.h"
 #include "SMatlClassID.h"
-#include "SMatlMetalDrawLayer.h"
+#include "SMatlUtil.h"
+#include "SProjectStream.h"
+#include "SRegexp.h"
+#include "SVeloraTrace.h"
 
 SCOLLECTABLE_DEFINE(SMatlComment, SID_MATLCOMMENT, &SMatlMaterial::staticTypeInfo())
 
-bool SMatlComment::Write(SProjectStream&) const { return false; }
-bool SMatlComment::Read(SCommentedFile&) { return false; }
-bool SMatlComment::IsEqual(const SMatlMaterial&) const { return false; }
-bool SMatlComment::AddLine(const SString&) { return false; }
+bool SMatlComment::AddLine(const SString& line) {
+  const SString text = SMatlUtil::StripCommentLeader(line);
+  if (text.isEmpty()) return false;
+  // The writer's own header, read back, isn't a comment of the user's.
+  static const char* const kHeaders[] = {"Layer file for Cadence ADE and/or Keysight ADS to Velora em translation",
+                                         "Layer file for Cadence ADE and/or Agilent ADS to Velora em translation",
+                                         "Translated from "};
+  for (const char* header : kHeaders)
+    if (text.index(SRegexp(header)) >= 0) return false;
+  VeloraTrace(5, TRACE_GENERAL, "AEL comment found: '%s'.", text.data());
+  itsLines.append(text);
+  return true;
+}
+
+bool SMatlComment::Read(SCommentedFile& file) {
+  AddLine(file.CurrentLine());
+  file.SkipLine();
+  return true;
+}
+
+bool SMatlComment::Write(SProjectStream& out) const {
+  if (itsLines.isEmpty()) return true;
+  for (const SString& line : itsLines) out << "; " << line << '\n';
+  out << '\n';
+  return true;
+}
+
+bool SMatlComment::IsEqual(const SMatlMaterial& other) const {
+  const SMatlComment* o = dynamic_cast<const SMatlComment*>(&other);
+  return o && itsLines == o->itsLines;
+}

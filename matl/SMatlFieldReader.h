@@ -59,6 +59,10 @@ public:
   // `present` tells whether a token was there.
   bool Token(SString& token, int missingMessage, bool& present);
 
+  // The line's keyword (taken already, read again) among the words of `table`; -1 after the
+  // trace (taking the keyword, %s) and message `message`.
+  int Keyword(const SMatlWord* table, const char* trace, int message);
+
   // A line form error with the value, always false; a line form warning.
   bool Fail(int number, const SString& value = SString()) const;
   void Warn(int number, const SString& value = SString()) const;

@@ -4,6 +4,7 @@
 #include "SMatlFieldReader.h"
 #include "SValueVar.h"
 
+class SMatlDrawLayer;
 class SProjectStream;
 
 // The values of a metal as the metal, via and material lines of a material file give them,
@@ -93,6 +94,16 @@ protected:
   bool ReadThickness(SMatlFieldReader& reader, int metalType, bool zeroAllowed, const SMatlFieldMessages& messages);
   // Number of sheets: at least 2, on a rough metal 1 or 2.
   bool ReadNumSheets(SMatlFieldReader& reader, int metalType, const SMatlFieldMessages& messages);
+  // The fields that METAL and VIA lines begin with: layer name, growth, Rdc, Rrf, Xdc, Ls,
+  // pattern, metal name, level.
+  bool ReadLayerFields(SMatlFieldReader& reader, SMatlDrawLayer& layer);
+  // Conductivity, thickness, current ratio, number of sheets (METAL and MATERIAL lines).
+  bool ReadLossFields(SMatlFieldReader& reader);
+  void WriteLossFields(SProjectStream& out) const;
+  // Cross section, top and bottom roughness, electrical loss type: the end of METAL and
+  // MATERIAL lines.
+  bool ReadSurfaceFields(SMatlFieldReader& reader);
+  void WriteSurfaceFields(SProjectStream& out) const;
   // Writes " value" for each of the values named, for the writers of the line kinds.
   static void WriteValue(SProjectStream& out, const SValueVarDouble& value);
 

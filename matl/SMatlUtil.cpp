@@ -100,6 +100,15 @@ void SMatlUtil::WriteValue(SProjectStream& out, const SValueVarDouble& value) co
     out.Number(value.GetValue(), itsDigits);
 }
 
+bool SMatlUtil::SameValue(const SValueVarDouble& a, const SValueVarDouble& b) {
+  if (a.HasEquation() || b.HasEquation()) return a.GetEquation() == b.GetEquation();
+  return a.GetValue() == b.GetValue();
+}
+
+void SMatlUtil::ScaleValue(SValueVarDouble& value, double factor) {
+  if (!value.HasEquation()) value.SetValue(value.GetValue() * factor);
+}
+
 bool SMatlUtil::ParseReal(const SString& text, double& value) {
   const QByteArray bytes = text.toLatin1();
   if (!LooksNumeric(bytes)) return false;

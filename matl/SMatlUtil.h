@@ -35,6 +35,11 @@ public:
   // double quotes.
   void WriteValue(SProjectStream& out, const SValueVarDouble& value) const;
 
+  // Equal numbers and equal expression texts.
+  static bool SameValue(const SValueVarDouble& a, const SValueVarDouble& b);
+  // Multiplies a plain number; an expression stays as it is.
+  static void ScaleValue(SValueVarDouble& value, double factor);
+
   // A real in fixed or exponent form ("%lf" with nothing left over); words such as "inf" or
   // "nan" are no numbers.
   static bool ParseReal(const SString& text, double& value);

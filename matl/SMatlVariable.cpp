@@ -1,13 +1,100 @@
 #include "SMatlVariable.h"
 
+#include "SCircuit.h"
+#include "SCommentedFile.h"
 #include "SMatlClassID.h"
-#include "SMatlMetalDrawLayer.h"
+#include "SMatlInterface.h"
+#include "SMatlReporting.h"
+#include "SMatlUtil.h"
+#include "SProject.h"
+#include "SProjectStream.h"
+#include "SVariable.h"
+#include "SVeloraTrace.h"
 
 SCOLLECTABLE_DEFINE(SMatlVariable, SID_MATLVARIABLE, &SMatlMaterial::staticTypeInfo())
 
-bool SMatlVariable::Write(SProjectStream&) const { return false; }
-bool SMatlVariable::Read(SCommentedFile&) { return false; }
-bool SMatlVariable::IsEqual(const SMatlMaterial&) const { return false; }
-void SMatlVariable::Set(const SString&, const SString&) {}
-SString SMatlVariable::GetValueText() const { return SString(); }
-bool SMatlVariable::SetIntoProject(SProject*) const { return false; }
+namespace {
+const char kDescription[] = "Variable set in material file";
+
+// White space outside double quotes goes; a table name in quotes keeps its blanks.
+QString WithoutBlanks(const QString& text) {
+  QString result;
+  bool quoted = false;
+  for (QChar c : text) {
+    if (c == '"') quoted = !quoted;
+    if (!quoted && c.isSpace()) continue;
+    result += c;
+  }
+  return result;
+}
+}  // namespace
+
+void SMatlVariable::Set(const SString& name, const SString& value) {
+  itsPair.SetName(name);
+  double number = 0.0;
+  if (SMatlUtil::ParseReal(value, number))
+    itsPair.Value().SetValue(number);
+  else
+    itsPair.Value().HoldEquation(value);
+  itsPair.UpdateKinds();
+}
+
+bool SMatlVariable::Read(SCommentedFile& file) {
+  const SString fileName = MessageFileName(file);
+  itsLine = file.LineCount();
+  SString rest;
+  file.GetRestOfLine(rest);
+  file.SkipLine();
+  QString text = rest.qstring().trimmed();
+  const int equals = text.indexOf('=');
+  if (equals < 0) {
+    SMatlReporting::Instance().ReportError(SString::format("%s, line %lld: \"%s\": a variable line needs name = value.",
+                                                           fileName.data(), itsLine, file.CurrentLine().data()));
+    return false;
+  }
+  QString name = text.left(equals).trimmed();
+  while (name.startsWith('"')) name.remove(0, 1);
+  while (name.endsWith('"')) name.chop(1);
+  name = name.trimmed();
+  QString value = text.mid(equals + 1).trimmed();
+  for (const char* flag : {" true", " false"})
+    if (value.endsWith(QLatin1String(flag), Qt::CaseInsensitive)) value.chop(static_cast<int>(strlen(flag)));
+  value = WithoutBlanks(value);
+  if (name.isEmpty() || value.isEmpty()) {
+    SMatlReporting::Instance().ReportError(SString::format("%s, line %lld: \"%s\": a variable needs a name and a value.",
+                                                           fileName.data(), itsLine, file.CurrentLine().data()));
+    return false;
+  }
+  Set(SString(name), SString(value));
+  if (itsMatl) SetIntoProject(itsMatl->GetScratchProject());
+  return true;
+}
+
+bool SMatlVariable::SetIntoProject(SProject* project) const {
+  SCircuit* circuit = project ? project->GetCircuit() : nullptr;
+  SVariable* variable = circuit ? circuit->FindVariable(itsPair.GetName()) : nullptr;
+  if (!variable) return false;
+  const SValueVarDouble& value = itsPair.Value();
+  if (value.HasEquation())
+    variable->Value().SetFromText(value.GetEquation(), true);
+  else
+    variable->SetValue(value.GetValue());
+  variable->Value().SetDescription(kDescription);
+  VeloraTrace(4, TRACE_GENERAL, "Set variable '%s' into Velora project", itsPair.GetName().data());
+  return true;
+}
+
+SString SMatlVariable::GetValueText() const {
+  const SValueVarDouble& value = itsPair.Value();
+  return value.HasEquation() ? value.GetEquation() : SMatlUtil::Instance().FormatNumber(value.GetValue());
+}
+
+bool SMatlVariable::Write(SProjectStream& out) const {
+  out << "VAR \"" << itsPair.GetName() << "\" = " << GetValueText() << '\n';
+  return true;
+}
+
+bool SMatlVariable::IsEqual(const SMatlMaterial& other) const {
+  const SMatlVariable* o = dynamic_cast<const SMatlVariable*>(&other);
+  return o && itsPair.GetName() == o->itsPair.GetName() && SMatlUtil::SameValue(itsPair.Value(), o->itsPair.Value());
+}

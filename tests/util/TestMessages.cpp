@@ -141,7 +141,7 @@ TEST_F(MessagesTest, MissingTextsFallBackToFixedWords) {
 TEST_F(MessagesTest, ShippedMessageFilesHoldTheNumbersInUse) {
   SErrorMessages* messages = SErrorMessages::Instance();
   const QString resource = QStringLiteral(GDS_SOURCE_DIR "/resource/");
-  for (const char* name : {"strings_util.h", "strings_filelib.h", "strings_gds.h"})
+  for (const char* name : {"strings_util.h", "strings_filelib.h", "strings_gds.h", "strings_matl.h"})
     ASSERT_TRUE(messages->LoadFile(SString(resource + QLatin1String(name)))) << name;
   for (int number : {5001, 5002, 5003, 5005, 5006, 5008, 5044, 5318, 5412, 5600, 5602, 5670, 5681, 5690, 5691, 5692,
                      5693, 5694, 5695, 5696, 5740, 5760, 5770, 5795, 5850, 5855, 5860, 5861, 5862, 5863, 5868, 5900,
