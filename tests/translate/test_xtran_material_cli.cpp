@@ -74,6 +74,7 @@ SReadBack ReadProject(const std::string& path)
 {
     SReadBack r;
     SProject project;
+    project.SetProjectType(SProject::SecondSolverProject);
     project.SetTemplateRead(true);
     project.SetFileName(SString(path.c_str()));
     r.read = project.Read(0);
@@ -148,7 +149,8 @@ TEST(MaterialTranslation, TheProcessOfAMaterialFileTakesTheStreamsLayers)
     EXPECT_EQ(r.erels, (std::vector<double>{1, 4.1, 11.9}));
     EXPECT_EQ(r.metalThickness["TopCopper"], 2);
     EXPECT_EQ(r.metalThickness["BottomCopper"], 1);
-    EXPECT_EQ(r.viaTypes, (std::vector<std::string>{"ViaCopper"}));
+    // Beside the built-in lossless via.
+    EXPECT_EQ(r.viaTypes, (std::vector<std::string>{"Lossless", "ViaCopper"}));
 
     // The technology layers are the file's, on its levels, with its stream numbers.
     EXPECT_EQ(r.levelByLayer, (std::map<std::string, int>{{"M1", 1}, {"M2", 0}, {"V1", 0}}));
