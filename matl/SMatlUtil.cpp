@@ -49,12 +49,13 @@ const SUnitRow kResistivityUnits[] = {
     {2, "OHUM", "Ohm-micron", {"OHM-UM", "OHUM", "OHM-MICRON", "OHMS-MICRON", nullptr}, "OHUM"}};
 
 const SUnitRow kSheetUnits[] = {{0, "OHSQ", "Ohms/sq", {"OHMS/SQ", "OHSQ", "OHM/SQ", nullptr}, "OHSQ"},
-                                {1, "MOSQ", "mOhms/sq", {"MOHMS/SQ", "MOHSQ", "MOHM/SQ", nullptr}, "MOSQ"}};
+                                {1, "MOSQ", "mOhms/sq", {"MOHMS/SQ", "MOHSQ", "MOHM/SQ", "MOSQ", nullptr}, "MOSQ"}};
 
 // Temperature spellings are compared in upper case as well, so every case of a word reads.
+// Each unit's own name reads too ("MOSQ", "F", "K"), so that what is written reads back.
 const SUnitRow kTemperatureUnits[] = {{0, "C", "C", {"C", "CELSIUS", nullptr}, nullptr},
-                                      {1, "F", "F", {"FAHRENHEIT", nullptr}, nullptr},
-                                      {2, "K", "K", {"KELVIN", nullptr}, nullptr}};
+                                      {1, "F", "F", {"F", "FAHRENHEIT", nullptr}, nullptr},
+                                      {2, "K", "K", {"K", "KELVIN", nullptr}, nullptr}};
 
 struct STable {
   const SUnitRow* rows;
