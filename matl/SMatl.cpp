@@ -242,7 +242,11 @@ bool SMatl::AddEntry(SMatlMaterial* entry) {
     delete entry;
     return true;
   case ColorKind:
-    itsLists->colors.push_back(static_cast<SMatlColor*>(entry));
+    // A second color of a name read as true but stands for nothing.
+    if (static_cast<SMatlColor*>(entry)->IsDisregarded())
+      delete entry;
+    else
+      itsLists->colors.push_back(static_cast<SMatlColor*>(entry));
     return true;
   case TechLayerKind: {
     SMatlTechLayer* layer = static_cast<SMatlTechLayer*>(entry);
@@ -463,8 +467,9 @@ bool SMatl::WriteText(SProjectStream& out) {
 
   if (!lists.variables.empty()) {
     out << "\n";
-    for (const SMatlVariable* variable : lists.variables)
-      if (!WriteEntry(*variable, out, kEntryNotWritten)) {
+    // Reading puts each variable in front, so the file's order is the list's reversed.
+    for (auto it = lists.variables.rbegin(); it != lists.variables.rend(); ++it)
+      if (!WriteEntry(**it, out, kEntryNotWritten)) {
         VeloraTrace(2, TRACE_ERRORS, "Error writing variables to file %s.", name);
         return false;
       }
