@@ -139,3 +139,11 @@ std::string FuzzFileContent(const std::string& name)
     fclose(file);
     return content;
 }
+
+void FuzzBroken(const char* what, const std::string& detail)
+{
+    fprintf(stderr, "%s\n", what);
+    fwrite(detail.data(), 1, detail.size(), stderr);
+    fputc('\n', stderr);
+    abort();
+}

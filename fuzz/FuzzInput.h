@@ -15,5 +15,7 @@ std::string FuzzDirectory();
 // The whole content of a file named by one of the above.
 std::string FuzzFileContent(const std::string& name);
 void FuzzSetup();
+// Says what a target found wrong, with the input that shows it, and stops the process.
+[[noreturn]] void FuzzBroken(const char* what, const std::string& detail);
 
 #endif

@@ -16,14 +16,6 @@
 
 namespace {
 
-[[noreturn]] void Broken(const char* what, const std::string& detail)
-{
-    fprintf(stderr, "%s\n", what);
-    fwrite(detail.data(), 1, detail.size(), stderr);
-    fputc('\n', stderr);
-    abort();
-}
-
 // The lines of a written file, in an order of their own.
 std::vector<std::string> Lines(const std::string& text)
 {
@@ -73,7 +65,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
             file.GetMappings(same, mapping->itsStreamLayer, mapping->itsStreamDatatype);
             SGdsLayerMapping* found = file.FindGds(mapping->itsStreamLayer, mapping->itsStreamDatatype);
             if (mapping->itsMapped && (!found || same.isEmpty()))
-                Broken("a mapping that is on is not found by its pair", std::to_string(i));
+                FuzzBroken("a mapping that is on is not found by its pair", std::to_string(i));
         }
 
         if (!WrittenAsRead(file))
@@ -84,15 +76,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         std::string first = FuzzFileContent(written);
         SGdsLayerFile again;
         if (!again.Read(SString(written.c_str())))
-            Broken("the written file does not read back", first + "----\n" + again.GetErrorText().data());
+            FuzzBroken("the written file does not read back", first + "----\n" + again.GetErrorText().data());
         if (again.Entries() != file.Entries())
-            Broken("the written file reads back with another count", first);
+            FuzzBroken("the written file reads back with another count", first);
         written = FuzzScratchFile();
         if (written.empty() || !again.Write(SString(written.c_str())))
             return 0;
         std::string second = FuzzFileContent(written);
         if (Lines(second) != Lines(first))
-            Broken("the written file reads back as another", first + "----\n" + second);
+            FuzzBroken("the written file reads back as another", first + "----\n" + second);
     } catch (int) {
         // A fatal program error.
     }
