@@ -187,7 +187,20 @@ bool SMatl::ReadEntries(const SString& fileName) {
       return false;
     }
   }
+  SettleGround();
   return true;
+}
+
+void SMatl::SettleGround() {
+  // "GND" is the last level of the whole stack, also for a line that came before the last DIEL.
+  const int ground = GetHighestDielectricLevel();
+  if (ground < 0) return;
+  for (SMatlMetalDrawLayer* layer : itsLists->metalDrawLayers)
+    if (layer->IsOnGround()) layer->SetLevelNumber(ground);
+  for (SMatlViaDrawLayer* layer : itsLists->viaDrawLayers) {
+    if (layer->IsOnGround()) layer->SetLevelNumber(ground);
+    if (layer->GetToLevel().IsGround()) layer->ToLevel().SetNumber(ground);
+  }
 }
 
 bool SMatl::AddEntry(SMatlMaterial* entry) {

@@ -151,6 +151,7 @@ private:
 
   bool ReadComments(const SString& fileName);
   bool ReadEntries(const SString& fileName);
+  void SettleGround();
   // Scales the values of the dimensions whose file unit differs from the current one.
   void ConvertUnits();
   bool WriteLayers(SProjectStream& out);

@@ -31,7 +31,15 @@ bool SMatlComment::Read(SCommentedFile& file) {
 
 bool SMatlComment::Write(SProjectStream& out) const {
   if (itsLines.isEmpty()) return true;
-  for (const SString& line : itsLines) out << "; " << line << '\n';
+  for (const SString& line : itsLines) {
+    // The token reader lets an open quote run on into the next line, even in a comment: a
+    // comment read that way holds line ends, and one with an odd number of quotes would take
+    // the line after it along. Written, each stays one line and takes nothing along.
+    QString text = line.qstring();
+    text.replace(QLatin1Char('\r'), QLatin1Char(' ')).replace(QLatin1Char('\n'), QLatin1Char(' '));
+    if (text.count(QLatin1Char('"')) % 2 != 0) text.replace(QLatin1Char('"'), QLatin1Char('\''));
+    out << "; " << SString(text) << '\n';
+  }
   out << '\n';
   return true;
 }

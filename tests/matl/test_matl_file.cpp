@@ -236,3 +236,28 @@ TEST_F(MatlFile, UnitsChangedBeforeWritingScaleTheValues) {
   EXPECT_DOUBLE_EQ(um.FindDielectric("A")->GetThickness(), 2000);
   EXPECT_DOUBLE_EQ(um.FindMetalDrawLayer("M1")->itsThickness.GetValue(), 500);
 }
+
+TEST_F(MatlFile, ACommentWithAnOddQuoteIsWrittenSoThatItTakesNoLineAlong) {
+  // In the file read, the open quote runs on into the next line, as in every token file.
+  WriteFile("q.matl", "; say \"hello\nDIEL 1 1 1 0 0 0 A\n# and \"more\n\nDIEL 2 1 1 0 0 0 B\nDIEL 3 1 1 0 0 0 C\n");
+  SMatl matl;
+  ASSERT_TRUE(matl.Read(SString(Path("q.matl")))) << Reports();
+  EXPECT_NE(matl.FindDielectric("C"), nullptr);
+  ASSERT_TRUE(matl.Write(SString(Path("q2.matl"))));
+  SMatl again;
+  ASSERT_TRUE(again.Read(SString(Path("q2.matl")))) << Reports();
+  EXPECT_TRUE(again.IsSameContent(matl));
+  EXPECT_EQ(again.GetComments().GetCount(), matl.GetComments().GetCount());
+}
+
+TEST_F(MatlFile, GroundIsTheLastLevelWhereverTheLineStands) {
+  // "GND" before the last dielectric still means the last level.
+  WriteFile("g.matl", "DIEL 1 1 1 0 0 0 A\nMETAL P 0 0 0 0 0 1 Cu GND Normal INF 0\nDIEL 2 1 1 0 0 0 B\n");
+  SMatl matl;
+  ASSERT_TRUE(matl.Read(SString(Path("g.matl")))) << Reports();
+  EXPECT_EQ(matl.FindMetalDrawLayer("P")->GetLevelNumber(), 1);
+  ASSERT_TRUE(matl.Write(SString(Path("g2.matl"))));
+  SMatl again;
+  ASSERT_TRUE(again.Read(SString(Path("g2.matl")))) << Reports();
+  EXPECT_TRUE(again.IsSameContent(matl));
+}
