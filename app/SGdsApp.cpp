@@ -230,13 +230,34 @@ bool SGdsApp::CheckOutputNames() const
     return true;
 }
 
+namespace {
+
+const int kUnusableFile = 5690;
+const int kUnreadableMaterialFile = 5681;
+
+bool HasSuffix(const SString& path, const char* suffix)
+{
+    return QFileInfo(path.qstring()).suffix().compare(suffix, Qt::CaseInsensitive) == 0;
+}
+
+// Material and technology files are known by their extension.
+bool IsProcessFile(const SString& path)
+{
+    return HasSuffix(path, "matl") || HasSuffix(path, "stf");
+}
+
+} // namespace
+
 bool SGdsApp::LoadLayerFile()
 {
     if (!QFileInfo::exists(itsLayerFileName.qstring())) {
-        // A missing layer file is made from the stream alone; the read below
-        // reports what went wrong if that failed.
-        const bool created =
-            itsLayerFile->Create(*itsStructureList, itsStructureName, SLayerFileCreateOptions(), itsLayerFileName);
+        // A missing layer file is made from the stream; a process (a material file as the
+        // project) adds its technology layers, so that the stream's layers land on them. The
+        // read below reports what went wrong if that failed.
+        SLayerFileCreateOptions options;
+        if (!ProcessTechLayers(options.itsTechLayers))
+            return false;
+        const bool created = itsLayerFile->Create(*itsStructureList, itsStructureName, options, itsLayerFileName);
         delete itsLayerFile;
         itsLayerFile = new SGdsLayerFile;
         // The creation has said why; that the file can't be opened then would only mislead.
@@ -250,23 +271,39 @@ bool SGdsApp::LoadLayerFile()
     return true;
 }
 
-namespace {
-
-const int kUnusableFile = 5690;
-const int kUnreadableMaterialFile = 5681;
-
-bool HasSuffix(const SString& path, const char* suffix)
+bool SGdsApp::ProcessTechLayers(std::vector<SLayerFileTechLayer>& list)
 {
-    return QFileInfo(path.qstring()).suffix().compare(suffix, Qt::CaseInsensitive) == 0;
+    if (itsOptions.itsNewProject || !IsProcessFile(itsInputProjectName))
+        return true;
+    SXtranProject process;
+    if (!ReadInputProject(process, itsInputProjectName))
+        return false;
+    list = LayerFileTechLayers(*process.GetCircuit());
+    return true;
 }
 
-// Material and technology files are known by their extension.
-bool IsMaterialOrTechnologyFile(const SString& path)
+std::vector<SLayerFileTechLayer> SGdsApp::LayerFileTechLayers(const SCircuit& circuit)
 {
-    return HasSuffix(path, "matl") || HasSuffix(path, "stf");
+    std::vector<STechLayer*> layers;
+    circuit.GetTechLayers(layers);
+    std::vector<SLayerFileTechLayer> list;
+    const int ground = circuit.GetNumberOfLevels() - 1;
+    for (const STechLayer* layer : layers) {
+        SLayerFileTechLayer found;
+        found.itsName = layer->GetName();
+        found.itsStreamLayer = layer->HasStreamMapping() ? layer->GetStream() : -1;
+        found.itsStreamDatatype = layer->GetData();
+        found.itsLayerType = layer->GetLayerType();
+        found.itsLevel = layer->GetLevel();
+        found.itsOnGround = layer->GetLevel() == ground;
+        found.itsToLevelType = layer->GetToLevelType();
+        found.itsToLevel = layer->GetToLevel();
+        found.itsMaterialName = layer->GetMaterialName();
+        list.push_back(found);
+    }
+    return list;
 }
 
-} // namespace
 
 void SGdsApp::ApplySettings(SXtranProject& project) const
 {
@@ -280,7 +317,7 @@ void SGdsApp::ApplySettings(SXtranProject& project) const
 
 bool SGdsApp::ReadInputProject(SXtranProject& project, const SString& path)
 {
-    if (!IsMaterialOrTechnologyFile(path))
+    if (!IsProcessFile(path))
         return project.ReadProject(path);
     // A new project that the process described in the file fills.
     project.InitNew();
@@ -440,22 +477,8 @@ bool SGdsApp::WriteMaterialFile()
         return false;
     }
     itsTechLayers.clear();
-    if (!circuit)
-        return true;
-    const int ground = circuit->GetNumberOfLevels() - 1;
-    for (const STechLayer* layer : summary.GetTechLayers()) {
-        SLayerFileTechLayer found;
-        found.itsName = layer->GetName();
-        found.itsStreamLayer = layer->HasStreamMapping() ? layer->GetStream() : -1;
-        found.itsStreamDatatype = layer->GetData();
-        found.itsLayerType = layer->GetLayerType();
-        found.itsLevel = layer->GetLevel();
-        found.itsOnGround = layer->GetLevel() == ground;
-        found.itsToLevelType = layer->GetToLevelType();
-        found.itsToLevel = layer->GetToLevel();
-        found.itsMaterialName = layer->GetMaterialName();
-        itsTechLayers.push_back(found);
-    }
+    if (circuit)
+        itsTechLayers = LayerFileTechLayers(*circuit);
     return true;
 }
 
@@ -478,6 +501,8 @@ bool SGdsApp::CreateLayerFile()
     options.itsRemoveEmptyLayers = itsOptions.itsRemoveEmptyLayers;
     options.itsSingleLayer = itsOptions.itsSingleLayer;
     options.itsTechLayers = itsTechLayers;
+    if (options.itsTechLayers.empty() && !ProcessTechLayers(options.itsTechLayers))
+        return false;
     return itsLayerFile->Create(*itsStructureList, itsStructureName, options, itsLayerFileName);
 }
 

@@ -8,6 +8,7 @@
 #include "SGdsOptions.h"
 #include "SString.h"
 
+class SCircuit;
 class SGdsFile;
 class SGdsLayerFile;
 class SGdsPolygonList;
@@ -53,6 +54,11 @@ private:
     // A project, or a material or technology file, read into the project; false after
     // the message.
     bool ReadInputProject(SXtranProject& project, const SString& path);
+    // The technology layers of the process named as the project (a material file), when it
+    // is one; false after the message when it can't be read.
+    bool ProcessTechLayers(std::vector<SLayerFileTechLayer>& list);
+    // What a layer file needs to know of a project's technology layers.
+    static std::vector<SLayerFileTechLayer> LayerFileTechLayers(const SCircuit& circuit);
 
     SGdsOptions itsOptions;
     SString itsGdsFileName;

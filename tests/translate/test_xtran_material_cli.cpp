@@ -165,6 +165,24 @@ TEST(MaterialTranslation, TheProcessOfAMaterialFileTakesTheStreamsLayers)
     EXPECT_EQ(r.polygonsByLayer, (std::map<std::string, int>{{"M1", 1}, {"M2", 1}, {"V1", 1}}));
 }
 
+TEST(MaterialTranslation, OneRunMakesTheLayerFileFromTheProcess)
+{
+    GdsRun run;
+    run.Write("chip.gds", TwoMetalStream());
+    run.Write("process.matl", DataFile("two_metal.matl"));
+    RunResult result = run.Run({"-i", "process.matl", "chip.gds"});
+    ASSERT_EQ(result.status, 0) << result.out << result.err;
+    // The layer file the run made maps each stream layer onto the process's layer.
+    const std::string layerFile = run.Read("chip.lay");
+    for (const char* line : {"via 3 0 0 \"ViaCopper\" on 1 \"V1\"", "metal_boundary 1 0 1 \"BottomCopper\" on 1 \"M1\"",
+                             "metal_boundary 2 0 0 \"TopCopper\" on 0 \"M2\""})
+        EXPECT_NE(layerFile.find(line), std::string::npos) << layerFile;
+    SReadBack r = ReadProject(run.Path("chip.vel"));
+    ASSERT_TRUE(r.read) << r.error;
+    EXPECT_EQ(r.levelNames.size(), 3u);
+    EXPECT_EQ(r.polygonsByLayer, (std::map<std::string, int>{{"M1", 1}, {"M2", 1}, {"V1", 1}}));
+}
+
 TEST(MaterialTranslation, AMaterialFileThatCantBeUsedWritesNoProject)
 {
     GdsRun run;
