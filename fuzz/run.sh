@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds the fuzz targets with clang and libFuzzer in build-fuzz and runs each in turn.
 #   fuzz/run.sh [seconds per target, default 60]
-# FUZZ_TARGETS   the targets to run, by default every one (stream text project translate layer equation material rules)
+# FUZZ_TARGETS   the targets to run, by default every one (stream text project translate layer equation material rules technology xml)
 # FUZZ_FINDINGS  where inputs that fail go, by default fuzz/regressions/<target>/
 # FUZZ_BUILD     the build directory, by default build-fuzz
 # Each target grows its corpus in fuzz/corpus/<target>/, seeded from fuzz/seeds/<target>/.
@@ -11,7 +11,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 top=$PWD
 seconds=${1:-60}
-targets=(${FUZZ_TARGETS:-stream text project translate layer equation material rules})
+targets=(${FUZZ_TARGETS:-stream text project translate layer equation material rules technology xml})
 findings=${FUZZ_FINDINGS:-$top/fuzz/regressions}
 build=${FUZZ_BUILD:-$top/build-fuzz}
 
