@@ -195,6 +195,14 @@ TEST(XMLDocument, MalformedInputEndsCleanly) {
       "plain text\nover lines",
       "<a>&amp;&lt;&bogus;</a></a></a>",
       "\n\n   \n",
+      "<a/ b>x</a/>",
+      "<a>\r\n  <b k='1'/> \r\n</a>\r\n",
+      "</x><!--c-->\n<a/>",
+      "<a x=\"1/\"/><b a=b=c/><c =\"\"/>",
+      "<a><A></a>",
+      "\xEF\xBB\xBF<a k='1'>\xFF\xFE</a>",
+      "<a><b></a>\n<c>",
+      "<r>\n  <a>\n    text\n</r>",
   };
   for (const char* input : inputs) {
     Document first(input);
@@ -203,6 +211,22 @@ TEST(XMLDocument, MalformedInputEndsCleanly) {
     EXPECT_TRUE(second.ok) << input;
     EXPECT_EQ(second.Written(), first.Written()) << input;
   }
+}
+
+// Every sequence of three pieces of markup, whole or broken: what the tree writes reads
+// back as a tree that writes the same text.
+TEST(XMLDocument, WrittenTextIsStableForPiecesInAnyOrder) {
+  const char* const pieces[] = {"<a>",   "</a>", "<b k='1'/>", "text", "\n",  "\n\n", "  ",   "<!--c",
+                                "-->",   "<?p?>", "&amp;",     "<a",   ">",    "x=\"1", "</b>", "<c/>",
+                                "\r\n", "/>",   "<!DOCTYPE", "</",   "<A>",  "=",     "\"",  "<![CDATA["};
+  for (const char* one : pieces)
+    for (const char* two : pieces)
+      for (const char* three : pieces) {
+        const std::string input = std::string(one) + two + three;
+        Document first(input);
+        Document second(first.Written());
+        ASSERT_EQ(second.Written(), first.Written()) << input;
+      }
 }
 
 TEST(XMLDocument, NestingIsCappedWithAnErrorText) {
@@ -324,4 +348,25 @@ TEST(XMLDocument, ElementOperations) {
   EXPECT_STREQ(kinds.GetKindName(), "STANDARD");
   EXPECT_EQ(SXMLElement::Escape("&<>'\""), SString("&amp;&lt;&gt;&apos;&quot;"));
   EXPECT_EQ(SXMLElement::Unescape("&amp;lt;&quot;&apos;&gt;"), SString("&lt;\"'>"));
+}
+
+namespace {
+// Notes the elements in the order the reader finishes them.
+class SListingXMLFile : public SXMLFile {
+public:
+  using SXMLFile::SXMLFile;
+  std::string itsDone;
+
+protected:
+  void ElementDone(SXMLElement* element) override { itsDone += std::string(element->GetName().data()) + " "; }
+};
+}  // namespace
+
+TEST(XMLDocument, TheFileHearsOfEachElementWhenItIsComplete) {
+  QString text = "<?xml version=\"1.0\"?>\n<r>\n  <a k=\"1\"/>\n  <b>x<!-- c --></b>\n  <open>\n";
+  QTextStream stream(&text);
+  SListingXMLFile file(&stream);
+  SString error;
+  ASSERT_TRUE(file.Read(error));
+  EXPECT_EQ(file.itsDone, "a b open r ");
 }

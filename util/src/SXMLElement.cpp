@@ -149,7 +149,10 @@ void SXMLElement::Write(QTextStream& out) const {
     out << itsText.qstring();
     return;
   }
-  if (itsParent && !itsParent->itsSingleLine) out << itsText.qstring();
+  // The blanks in front of the tag stand in front of the end tag as well; the root's aren't
+  // written at all.
+  const bool indented = itsParent && !itsParent->itsSingleLine;
+  if (indented) out << itsText.qstring();
   out << '<' << qstring();
   for (SCollectable* object : itsAttributes) {
     const SXMLAttribute* attribute = static_cast<const SXMLAttribute*>(object);
@@ -164,7 +167,7 @@ void SXMLElement::Write(QTextStream& out) const {
   if (itsNewlineAfterStart) out << '\n';
   for (SCollectable* child : itsChildren) static_cast<const SXMLElement*>(child)->Write(out);
   out << itsLinesBeforeEnd.qstring();
-  if (!itsSingleLine) out << itsText.qstring();
+  if (indented && !itsSingleLine) out << itsText.qstring();
   out << "</" << qstring() << '>';
   if (itsNewlineAfterEnd) out << '\n';
 }
@@ -218,26 +221,37 @@ void SXMLElement::ParseData(SXMLFile& file) {
   const int start = file.itsScanPos;
   const int next = file.itsScanLine.indexOf(QLatin1Char('<'), start);
   QString text = file.itsScanLine.mid(start, next < 0 ? -1 : next - start);
+  bool atEnd = false;
   if (next >= 0) {
     file.itsScanPos = next;
   } else {
     // The text runs on over the lines, with their line ends, up to a line that begins with
     // a tag; that line's indentation belongs to the tag.
     file.itsScanLoaded = false;
+    atEnd = true;
     while (file.LoadLine()) {
       text += QLatin1Char('\n');
       const QString& line = file.itsScanLine;
-      const int first = SkipSpace(line, 0);
-      if (first < line.size() && line.at(first) == QLatin1Char('<')) break;
       const int tag = line.indexOf(QLatin1Char('<'));
-      if (tag >= 0) {
+      if (tag < 0) {
+        text += line;
+        file.itsScanLoaded = false;
+        continue;
+      }
+      atEnd = false;
+      if (tag > SkipSpace(line, 0)) {
         text += line.leftRef(tag);
         file.itsScanPos = tag;
-        break;
       }
-      text += line;
-      file.itsScanLoaded = false;
+      break;
     }
+  }
+  // Blank lines at the end of a file don't all come back from it: a text that ran to the
+  // end, or a root, which nothing follows when written, ends with its last non-blank character.
+  if (atEnd || !itsParent) {
+    int end = text.size();
+    while (end > 0 && text.at(end - 1).isSpace()) --end;
+    text.truncate(end);
   }
   itsText = Unescape(SString(text));
 }
@@ -250,7 +264,7 @@ void SXMLElement::ParseRaw(SXMLFile& file, int searchFrom, const QString& termin
   // can't swallow what the writer puts behind it.
   text += terminator;
   // The line end stays with the text, as there is no end tag to carry it.
-  if (closed && file.TakeLineEnd()) text += QLatin1Char('\n');
+  if (!closed || file.TakeLineEnd()) text += QLatin1Char('\n');
   itsText = SString(text);
 }
 
@@ -275,7 +289,10 @@ bool SXMLElement::ParseTag(SXMLFile& file, int depth) {
   inside.truncate(end);
   int nameEnd = 0;
   while (nameEnd < inside.size() && !inside.at(nameEnd).isSpace()) ++nameEnd;
-  SetName(SString(inside.left(nameEnd)));
+  // A name ending in "/" would be written as a self-closing tag.
+  int nameLength = nameEnd;
+  while (nameLength > 0 && inside.at(nameLength - 1) == QLatin1Char('/')) --nameLength;
+  SetName(SString(inside.left(nameLength)));
   if (inside.indexOf(QLatin1Char('='), nameEnd) >= 0) ParseAttributes(inside, nameEnd);
 
   if (selfClosing) {

@@ -102,11 +102,15 @@ bool SXMLFile::ReadDocument(SString& errorText) {
 SString SXMLFile::Text() const {
   QString text;
   QTextStream out(&text);
-  if (!itsProlog.isEmpty()) out << itsProlog.qstring() << '\n';
-  // A root that was never named or filled (a file of only a prolog) writes nothing.
-  if (!itsRoot.isEmpty() || !itsRoot.GetChildren().isEmpty() || !itsRoot.GetAttributes().isEmpty() ||
-      itsRoot.GetKind() != SXMLElement::STANDARD)
-    itsRoot.Write(out);
+  // A root that was never named or filled (a file of only a prolog) writes nothing, and
+  // blank lines behind the prolog would then end the file, where a read doesn't see them.
+  const bool withRoot = !itsRoot.isEmpty() || !itsRoot.GetChildren().isEmpty() ||
+                        !itsRoot.GetAttributes().isEmpty() || itsRoot.GetKind() != SXMLElement::STANDARD;
+  QString prolog = itsProlog.qstring();
+  if (!withRoot)
+    while (prolog.endsWith(QLatin1Char('\n'))) prolog.chop(1);
+  if (!prolog.isEmpty()) out << prolog << '\n';
+  if (withRoot) itsRoot.Write(out);
   out.flush();
   // One line end at the end, whether or not the root's layout gave it one.
   if (!text.isEmpty() && !text.endsWith(QLatin1Char('\n'))) text += QLatin1Char('\n');
