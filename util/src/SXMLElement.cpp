@@ -269,10 +269,7 @@ void SXMLElement::ParseRaw(SXMLFile& file, int searchFrom, const QString& termin
 }
 
 bool SXMLElement::ParseTag(SXMLFile& file, int depth) {
-  if (depth > kMaxDepth) {
-    file.itsTooDeep = true;
-    return false;
-  }
+  if (depth > kMaxDepth) return false;
   itsKind = STANDARD;
   const int first = file.ChunkStart();
   itsText = SString(file.itsScanLine.mid(file.itsScanPos, first - file.itsScanPos));
@@ -302,6 +299,8 @@ bool SXMLElement::ParseTag(SXMLFile& file, int depth) {
   }
   itsNewlineAfterStart = lineEnded;
   if (closed && !ParseContent(file, depth)) return false;
+  // Judged by what the writer will put between the tags rather than by their line numbers,
+  // which differ for a start tag over several lines that is written on one.
   itsSingleLine = !HoldsLineBreak();
   file.ElementDone(this);
   return true;

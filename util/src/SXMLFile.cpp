@@ -39,7 +39,6 @@ bool SXMLFile::Read(SString& errorText) {
   itsRoot.Reset();
   itsProlog.clear();
   itsScanLoaded = false;
-  itsTooDeep = false;
   const bool ok = ReadDocument(errorText);
   itsScanLine.clear();
   itsScanLoaded = false;

@@ -61,7 +61,6 @@ private:
   QString itsScanLine;
   int itsScanPos = 0;
   bool itsScanLoaded = false;
-  bool itsTooDeep = false;
 };
 
 #endif
