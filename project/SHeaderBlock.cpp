@@ -7,12 +7,9 @@
 #include "SProjectFormat.h"
 #include "STime.h"
 #include "SVeloraTrace.h"
+#include "SXMLUtil.h"
 
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
-#include <QXmlStreamReader>
-#include <QXmlStreamWriter>
 
 SCOLLECTABLE_DEFINE(SHeaderBlock, SID_HEADERBLOCK, &SFileBlock::staticTypeInfo())
 
@@ -159,43 +156,28 @@ void SHeaderBlock::SetSolverKind(int kind) {
 void SHeaderBlock::ApplySolverFile() {
   const SString name = SolverFileName();
   if (name.isEmpty()) return;
-  QFile file(name.qstring());
   if (itsSolverKind == 0) {
-    if (file.exists()) file.remove();
+    QFile::remove(name.qstring());
     return;
   }
-  if (!QFileInfo(name.qstring()).dir().exists() || !file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-    VeloraTrace(2, TRACE_GENERAL, "SHeaderBlock: Could not write solver file: %s", name.data());
-    return;
-  }
-  QXmlStreamWriter xml(&file);
-  xml.setAutoFormatting(true);
-  xml.writeStartDocument();
-  xml.writeStartElement("EmSolver");
-  xml.writeEmptyElement("Iris");
-  xml.writeEndElement();
-  xml.writeEndDocument();
+  SXMLUtil xml;
+  xml.SetRoot("EmSolver", name);
+  xml.OpenElement("Iris");
+  xml.CloseElement();
+  if (!xml.Save()) VeloraTrace(2, TRACE_GENERAL, "SHeaderBlock: Could not write solver file: %s", name.data());
 }
 
 void SHeaderBlock::ReadSolverFile() {
   const SString name = SolverFileName();
   itsSolverKind = 0;
-  if (name.isEmpty()) return;
-  QFile file(name.qstring());
-  if (!file.exists()) return;
-  if (!file.open(QIODevice::ReadOnly)) {
-    VeloraTrace(2, TRACE_GENERAL, "SHeaderBlock: Could not read solver file: %s\n Error: %s", name.data(),
-                SString(file.errorString()).data());
-    return;
+  if (name.isEmpty() || !QFile::exists(name.qstring())) return;
+  SXMLFile file(name);
+  SString error;
+  const bool read = file.Read(error);
+  if (!read || !error.isEmpty()) {
+    VeloraTrace(2, TRACE_GENERAL, "SHeaderBlock: Could not read solver file: %s\n Error: %s", name.data(), error.data());
+    if (!read) return;
   }
-  QXmlStreamReader xml(&file);
-  while (!xml.atEnd()) {
-    if (xml.readNext() == QXmlStreamReader::StartElement && xml.name() == QLatin1String("Iris")) {
-      itsSolverKind = 1;
-      return;
-    }
-  }
-  if (xml.hasError())
-    VeloraTrace(2, TRACE_GENERAL, "SHeaderBlock: Could not read solver file: %s\n Error: %s", name.data(),
-                SString(xml.errorString()).data());
+  const SXMLElement* root = file.GetRoot();
+  if (root->compare("EmSolver", true) == 0 && root->FindDeep("Iris")) itsSolverKind = 1;
 }
