@@ -7,15 +7,12 @@
 #include "SVeloraError.h"
 #include "SVeloraTrace.h"
 #include "SXmatl.h"
+#include "SXmatlCipher.h"
 
 #include <QFile>
 #include <QRegularExpression>
 #include <QXmlStreamReader>
 
-#if __has_include("SXmatlCipher.h")
-#include "SXmatlCipher.h"
-#define SXMATL_HAS_CIPHER 1
-#endif
 
 namespace {
 
@@ -320,7 +317,6 @@ bool SXmatlReader::ReadPrivenc() {
     chunks.append(itsXml.readElementText().trimmed());
   }
   if (itsXml.hasError()) return FailXml();
-#ifdef SXMATL_HAS_CIPHER
   if (!itsTarget.itsKeyFile.isEmpty()) {
     SString keyText;
     if (!SXmatlCipher::ReadKeyText(itsTarget.itsKeyFile, keyText)) return FailAt(kNoKey, start);
@@ -339,9 +335,6 @@ bool SXmatlReader::ReadPrivenc() {
   }
   itsTarget.itsHasPrivate = true;
   return true;
-#else
-  return FailAt(kNotDeciphered, start, SString("this build has no cipher"));
-#endif
 }
 
 bool SXmatlReader::ReadPrivencDocument() {

@@ -8,14 +8,11 @@
 #include "SVeloraError.h"
 #include "SVeloraTrace.h"
 #include "SXmatl.h"
+#include "SXmatlCipher.h"
 
 #include <QBuffer>
 #include <QXmlStreamWriter>
 
-#if __has_include("SXmatlCipher.h")
-#include "SXmatlCipher.h"
-#define SXMATL_HAS_CIPHER 1
-#endif
 
 namespace {
 
@@ -385,7 +382,6 @@ void StartDocument(QXmlStreamWriter& xml) {
 } // namespace
 
 bool SXmatl::WritePrivenc(QXmlStreamWriter& xml) {
-#ifdef SXMATL_HAS_CIPHER
   if (!SXmatlCipher::ReadKeyText(itsKeyFile, itsKeyText)) return false;
   QByteArray plain;
   QBuffer buffer(&plain);
@@ -402,10 +398,6 @@ bool SXmatl::WritePrivenc(QXmlStreamWriter& xml) {
     xml.writeTextElement(QStringLiteral("enc"), chunk);
   xml.writeEndElement();
   return true;
-#else
-  (void)xml;
-  return false;
-#endif
 }
 
 bool SXmatl::WriteText(QByteArray& text) {
