@@ -209,8 +209,7 @@ bool SXmatl::IsSameXmatl(const SXmatl& other, QStringList* lines) const {
   report.Check(a.version == b.version, "Version", "Version values do not match.");
   report.Check(a.sources == b.sources, "Source entries", "Source entries do not match.");
   report.Check(GetUnits().IsEqual(other.GetUnits()), "Unit entries", "Unit values do not match.");
-  report.Check(GetComments().GetLines() == other.GetComments().GetLines(), "Comment entries",
-               "Comment lines do not match.");
+  report.Check(a.comments == b.comments, "Comment entries", "Comment lines do not match.");
   report.Check(a.diels.size() == b.diels.size(), "MAXLEVELS", "Max Dielectric level values do not match.");
   if (Flagged(a.variables, false).size() != Flagged(b.variables, false).size())
     report.Add("# public variables", "Number of public variables do not match.");

@@ -381,7 +381,10 @@ bool SXmatl::ProcessSMatlToSXmatl(const SMatl& matl) {
     Units().SetFile(dimension, matl.GetUnits().GetFile(dimension));
     Units().SetSeen(dimension, matl.GetUnits().IsSeen(dimension));
   }
-  for (const SString& line : matl.GetComments().GetLines()) Comments().AddLine(line);
+  for (const SString& line : matl.GetComments().GetLines()) {
+    itsData.comments.push_back(line);
+    Comments().AddLine(line);
+  }
   // The list holds the variables last read first.
   const std::vector<SMatlVariable*>& variables = matl.GetVariables();
   for (auto it = variables.rbegin(); it != variables.rend(); ++it) {

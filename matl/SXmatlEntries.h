@@ -193,10 +193,12 @@ struct SXmatlDielMap {
   bool operator==(const SXmatlDielMap& o) const;
 };
 
-// Everything a technology file holds beyond units and comments, which SMatl keeps.
+// Everything a technology file holds beyond its units, which SMatl keeps.
 struct SXmatlData {
   SString version = "1.2";
   std::vector<std::pair<SString, SString>> sources;
+  // The "line" texts as they stand; SMatl's comments hold them without their leaders.
+  std::vector<SString> comments;
   std::vector<SXmatlVar> variables;
   std::vector<SXmatlCond> conductors;
   std::vector<SXmatlDielMatl> dielectrics;

@@ -258,7 +258,9 @@ bool SXmatlReader::ReadComments() {
     const long long line = Line();
     const QString text = itsXml.readElementText();
     if (itsXml.hasError()) return FailAt(kBadComments, line);
-    if (!itsTarget.IsKeepCommentsOff()) itsTarget.Comments().AddLine(SString(text));
+    if (itsTarget.IsKeepCommentsOff()) continue;
+    itsTarget.itsData.comments.push_back(SString(text));
+    itsTarget.Comments().AddLine(SString(text));
   }
   return !itsXml.hasError() || FailXml();
 }

@@ -117,10 +117,19 @@ void SXmatlWriter::WriteUnits() {
 }
 
 void SXmatlWriter::WriteComments() {
-  const SMatlComment& comments = itsSource.GetComments();
-  if (comments.GetCount() == 0) return;
+  const std::vector<SString>& comments = itsSource.itsData.comments;
+  if (comments.empty()) return;
   itsXml.writeStartElement(QStringLiteral("comments"));
-  for (const SString& line : comments.GetLines()) itsXml.writeTextElement(QStringLiteral("line"), line.qstring());
+  for (const SString& line : comments) {
+    itsXml.writeStartElement(QStringLiteral("line"));
+    // A reader turns a carriage return into a line feed unless it comes as a reference.
+    const QStringList pieces = line.qstring().split(QLatin1Char('\r'));
+    for (int i = 0; i < pieces.size(); ++i) {
+      if (i > 0) itsXml.writeEntityReference(QStringLiteral("#13"));
+      itsXml.writeCharacters(pieces[i]);
+    }
+    itsXml.writeEndElement();
+  }
   itsXml.writeEndElement();
 }
 
