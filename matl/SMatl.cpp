@@ -77,7 +77,9 @@ const SMatlMaterial* SMatlDictionary::Find(const SString& keyword) const {
 
 // ---- lifetime
 
-SMatl::SLists::~SLists() {
+SMatl::SLists::~SLists() { Destroy(); }
+
+void SMatl::SLists::Destroy() {
   DestroyAll(dielectrics);
   DestroyAll(metalDrawLayers);
   DestroyAll(metalMaterials);
@@ -112,6 +114,8 @@ SMatl::SMatl(const SMatl& other)
 }
 
 SMatl::~SMatl() {}
+
+void SMatl::ClearEntries() { itsLists->Destroy(); }
 
 // ---- the owner's side of the entries
 

@@ -64,11 +64,11 @@ public:
 
   // Both passes over the file: comments, then units and entries. False on the first bad
   // entry, after its message; a file that can't be opened is false without one.
-  bool Read(const SString& fileName);
+  virtual bool Read(const SString& fileName);
   bool IsReadOk() const { return itsReadOk; }
   // Writes the whole file to the output file name, complete or not at all.
   bool Write();
-  bool Write(const SString& fileName);
+  virtual bool Write(const SString& fileName);
   // The file's text, as Write would put it in a file.
   bool WriteText(SProjectStream& out);
 
@@ -115,6 +115,7 @@ public:
   void SetOutputFileName(const SString& name) { itsOutputFileName = name; }
   bool IsUnitsGiven() const { return itsUnitsGiven; }
   void SetKeepCommentsOff(bool on) { itsKeepCommentsOff = on; }
+  bool IsKeepCommentsOff() const { return itsKeepCommentsOff; }
   // All dielectrics, then all metal draw layers, then all via draw layers, instead of
   // level by level.
   void SetOrganizedOutput(bool on) { itsOrganizedOutput = on; }
@@ -124,6 +125,12 @@ public:
   void SetNoConversion(int dimension, bool on);
 
 protected:
+  void SetInputFileName(const SString& name) { itsInputFileName = name; }
+  void SetReadOk(bool ok) { itsReadOk = ok; }
+  // Deletes the entries of every list (the lists of a copy included).
+  void ClearEntries();
+  // Scales the values of the dimensions whose file unit differs from the current one.
+  virtual void ConvertUnits();
   // Puts a metal's values into the circuit's metal type of its name, and makes the
   // technology layer of its drawing layer.
   bool SetMetalIntoProject(SProject& project, SCircuit& circuit, const SMatlMetalData& metal,
@@ -147,13 +154,12 @@ private:
     std::vector<SMatlVariable*> variables;
     std::vector<SMatlBrick*> bricks;
     ~SLists();
+    void Destroy();
   };
 
   bool ReadComments(const SString& fileName);
   bool ReadEntries(const SString& fileName);
   void SettleGround();
-  // Scales the values of the dimensions whose file unit differs from the current one.
-  void ConvertUnits();
   bool WriteLayers(SProjectStream& out);
   bool WriteEntry(const SMatlMaterial& entry, SProjectStream& out, int message);
   int LevelOf(const SMatlMaterial& entry, int ground) const;
