@@ -20,6 +20,7 @@
 #include "SDimensionBlock.h"
 #include "SLevel.h"
 #include "SMatl.h"
+#include "SXmatl.h"
 #include "SProjectOperations.h"
 #include "SProjectStream.h"
 #include "STechLayer.h"
@@ -326,7 +327,9 @@ bool SGdsApp::ReadInputProject(SXtranProject& project, const SString& path)
         SMatl material;
         ok = material.Read(path) && material.SetIntoProject(project);
     } else {
-        GdsError("ERROR: XML technology files (%s) are not read by this build.\n", path.data());
+        // The translator reads no enciphered private part: it is passed over.
+        SXmatl technology;
+        ok = technology.Read(path) && technology.SetIntoProject(project);
     }
     if (!ok)
         VeloraErrorReport(kUnusableFile, kUnreadableMaterialFile, path.data());

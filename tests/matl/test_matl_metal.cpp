@@ -58,7 +58,9 @@ TEST_F(MatlTest, MetalLinesReadTypesLevelsAndInfinity) {
     EXPECT_EQ(metal.GetLevel().GetType(), c.levelType) << c.line;
     EXPECT_EQ(metal.GetLevelNumber(), c.level) << c.line;
     EXPECT_EQ(metal.IsConductivityInfinite(), c.infinite) << c.line;
-    if (c.infinite) EXPECT_EQ(metal.itsConductivity.GetValue(), 1e50) << c.line;
+    if (c.infinite) {
+      EXPECT_EQ(metal.itsConductivity.GetValue(), 1e50) << c.line;
+    }
     EXPECT_EQ(metal.itsThickness.GetValue(), c.thickness) << c.line;
     ExpectRoundTrip(metal);
   }

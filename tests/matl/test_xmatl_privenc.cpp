@@ -103,7 +103,9 @@ TEST_F(XmatlPrivenc, ReadingFailsCleanlyWithoutThePassPhraseOrTheRightText) {
     SXmatl xmatl;
     EXPECT_FALSE(ReadAllowed(xmatl, test.text, test.phrase));
     ASSERT_FALSE(Errors().empty());
-    if (test.number) EXPECT_EQ(Errors()[0], test.number) << Reports();
+    if (test.number) {
+      EXPECT_EQ(Errors()[0], test.number) << Reports();
+    }
     EXPECT_NE(FirstText().find("in.stf"), std::string::npos) << FirstText();
   }
 }

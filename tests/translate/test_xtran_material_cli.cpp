@@ -183,6 +183,52 @@ TEST(MaterialTranslation, OneRunMakesTheLayerFileFromTheProcess)
     EXPECT_EQ(r.polygonsByLayer, (std::map<std::string, int>{{"M1", 1}, {"M2", 1}, {"V1", 1}}));
 }
 
+// The project without the times of its making, which differ from run to run.
+std::string WithoutTimes(const std::string& text)
+{
+    std::string kept;
+    size_t at = 0;
+    while (at < text.size()) {
+        size_t end = text.find('\n', at);
+        end = end == std::string::npos ? text.size() : end + 1;
+        const std::string line = text.substr(at, end - at);
+        if (line.rfind("DAT ", 0) != 0 && line.rfind("MDATE ", 0) != 0 && line.rfind("HDATE ", 0) != 0 &&
+            line.rfind("BUILT_BY_CREATED ", 0) != 0)
+            kept += line;
+        at = end;
+    }
+    return kept;
+}
+
+TEST(MaterialTranslation, ATechnologyFileOfTheSameProcessGivesTheSameProject)
+{
+    GdsRun run;
+    run.Write("a.gds", TwoMetalStream());
+    run.Write("b.gds", TwoMetalStream());
+    run.Write("process.matl", DataFile("two_metal.matl"));
+    QFile stf(GDS_SOURCE_DIR "/tests/matl/data/two_metal.stf");
+    ASSERT_TRUE(stf.open(QIODevice::ReadOnly));
+    run.Write("process.stf", stf.readAll().toStdString());
+    ASSERT_EQ(run.Run({"-i", "process.matl", "a.gds"}).status, 0);
+    RunResult result = run.Run({"-i", "process.stf", "b.gds"});
+    ASSERT_EQ(result.status, 0) << result.out << result.err;
+    // The layer files and the projects are the same, polygons on the same layers.
+    EXPECT_EQ(run.Read("b.lay"), run.Read("a.lay"));
+    EXPECT_EQ(WithoutTimes(run.Read("b.vel")), WithoutTimes(run.Read("a.vel")));
+    SReadBack r = ReadProject(run.Path("b.vel"));
+    ASSERT_TRUE(r.read) << r.error;
+    EXPECT_EQ(r.polygonsByLayer, (std::map<std::string, int>{{"M1", 1}, {"M2", 1}, {"V1", 1}}));
+
+    // A technology file that breaks off fails the run and writes nothing.
+    std::string broken = run.Read("process.stf");
+    broken.resize(broken.size() / 2);
+    run.Write("broken.stf", broken);
+    result = run.Run({"-i", "broken.stf", "-o", "out.vel", "-l", "a.lay", "a.gds"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_NE((result.out + result.err).find("broken.stf"), std::string::npos) << result.out << result.err;
+    EXPECT_FALSE(run.Exists("out.vel"));
+}
+
 TEST(MaterialTranslation, AMaterialFileThatCantBeUsedWritesNoProject)
 {
     GdsRun run;
