@@ -35,13 +35,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         if (!file.Write())
             return 0;
         const std::string first = FuzzFileContent(written);
-        if (first != file.Text().data())
+        if (first != file.Text().qstring().toUtf8().toStdString())
             FuzzBroken("the written file is not the text of the tree", first);
 
         SXMLFile again{SString(written.c_str())};
         if (!again.Read(error))
             FuzzBroken("the written file does not read back", first + "----\n" + error.data());
-        const std::string second = again.Text().data();
+        const std::string second = again.Text().qstring().toUtf8().toStdString();
         if (second != first)
             FuzzBroken("the written file reads back as another", first + "----\n" + second);
     } catch (int) {

@@ -43,11 +43,21 @@ template <class T> T* FindByName(const std::vector<T*>& list, const SString& nam
   return nullptr;
 }
 
-// Equal lists: same length, entry by entry equal.
+// Equal lists: each entry has an equal one in the other list, in any order (a written file
+// puts draw layers in the order of their levels, whatever the order read).
 template <class T> bool SameEntries(const std::vector<T*>& a, const std::vector<T*>& b) {
   if (a.size() != b.size()) return false;
-  for (size_t i = 0; i < a.size(); ++i)
-    if (!a[i]->IsEqual(*b[i])) return false;
+  std::vector<bool> used(b.size(), false);
+  for (size_t i = 0; i < a.size(); ++i) {
+    // Mostly the same order: look at the same place first.
+    size_t j = i;
+    if (used[j] || !a[i]->IsEqual(*b[j])) {
+      for (j = 0; j < b.size(); ++j)
+        if (!used[j] && a[i]->IsEqual(*b[j])) break;
+      if (j == b.size()) return false;
+    }
+    used[j] = true;
+  }
   return true;
 }
 

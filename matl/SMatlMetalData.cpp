@@ -169,11 +169,13 @@ bool SMatlMetalData::ReadConductivity(SMatlFieldReader& reader, int metalType, c
 bool SMatlMetalData::ReadThickness(SMatlFieldReader& reader, int metalType, bool zeroAllowed,
                                    const SMatlFieldMessages& messages) {
   if (!reader.Real(itsThickness, messages)) return false;
-  if (reader.IsEnded()) return true;
-  const double value = itsThickness.GetValue();
-  if (value > 0.0) return true;
   const bool needed = !zeroAllowed && (metalType == ThickMetalModel || metalType == RoughMetal ||
                                        (metalType == Normal && !itsCondInf));
+  // A line that ends before a thickness its type needs would keep 0, which the type can't
+  // have: written out, such a line would not read back.
+  if (reader.IsEnded()) return !needed || reader.Fail(messages.missing);
+  const double value = itsThickness.GetValue();
+  if (value > 0.0) return true;
   if (needed) {
     VeloraTrace(3, TRACE_ERRORS, "Invalid metal thickness %g at line %d.", value,
                 static_cast<int>(reader.GetLineNumber()));

@@ -1,5 +1,7 @@
 #include "SMatlVariable.h"
 
+#include <algorithm>
+
 #include "SCircuit.h"
 #include "SCommentedFile.h"
 #include "SMatlClassID.h"
@@ -60,6 +62,14 @@ bool SMatlVariable::Read(SCommentedFile& file) {
   for (const char* flag : {" true", " false"})
     if (value.endsWith(QLatin1String(flag), Qt::CaseInsensitive)) value.chop(static_cast<int>(strlen(flag)));
   value = WithoutBlanks(value);
+  // A name must come back as it was when written in quotes: no quote, comment or blank in it.
+  if (SMatlUtil::HasIllegalCharacter(SString(name)) || name.contains(';') ||
+      std::any_of(name.begin(), name.end(), [](QChar c) { return c.isSpace(); })) {
+    SMatlReporting::Instance().ReportError(SString::format(
+        "%s, line %lld: \"%s\": a variable name can't hold a blank or any of ! & = \" ;.", fileName.data(), itsLine,
+        file.CurrentLine().data()));
+    return false;
+  }
   if (name.isEmpty() || value.isEmpty()) {
     SMatlReporting::Instance().ReportError(SString::format("%s, line %lld: \"%s\": a variable needs a name and a value.",
                                                            fileName.data(), itsLine, file.CurrentLine().data()));
@@ -86,7 +96,12 @@ bool SMatlVariable::SetIntoProject(SProject* project) const {
 
 SString SMatlVariable::GetValueText() const {
   const SValueVarDouble& value = itsPair.Value();
-  return value.HasEquation() ? value.GetEquation() : SMatlUtil::Instance().FormatNumber(value.GetValue());
+  if (value.HasEquation()) return value.GetEquation();
+  // The file's digits where they say the number exactly, else as many as it takes.
+  const SString text = SMatlUtil::Instance().FormatNumber(value.GetValue());
+  double back = 0.0;
+  if (SMatlUtil::ParseReal(text, back) && back == value.GetValue()) return text;
+  return SString::number(value.GetValue(), 17);
 }
 
 bool SMatlVariable::Write(SProjectStream& out) const {

@@ -1,5 +1,6 @@
 #include "MatlTestSupport.h"
 #include "SMatlMetalDrawLayer.h"
+#include "SMatlViaDrawLayer.h"
 #include "SMatlMetalMaterial.h"
 #include "SMatlUtil.h"
 
@@ -79,11 +80,21 @@ TEST_F(MatlTest, NegativeThicknessOfAnInfiniteNormalMetalWarnsAndBecomesZero) {
   EXPECT_EQ(Warnings(), std::vector<int>{20107});
 }
 
-TEST_F(MatlTest, RoughMetalWithoutConductivityTakesCopper) {
+TEST_F(MatlTest, RoughMetalWithoutConductivityTakesCopperButStillNeedsAThickness) {
   SMatlMetalDrawLayer metal;
-  ASSERT_TRUE(Read(metal, "METAL M1 0 0 0 0 0 0 Cu 1 RoughMetal"));
+  // The line ends before the conductivity: copper's, with a warning, and then the thickness
+  // a rough metal can't do without is missing.
+  EXPECT_FALSE(Read(metal, "METAL M1 0 0 0 0 0 0 Cu 1 RoughMetal"));
   EXPECT_EQ(metal.itsConductivity.GetValue(), 5.8e7);
   EXPECT_EQ(Warnings(), std::vector<int>{20103});
+  EXPECT_EQ(Errors(), std::vector<int>{20145});
+  // A lossy volume via alike; an infinite normal metal, or a surface via, may end there.
+  SMatlViaDrawLayer via;
+  EXPECT_FALSE(Read(via, "VIA V1 0 0 0 0 0 5 W 0 1 Volume 5e7"));
+  SMatlMetalDrawLayer infinite;
+  EXPECT_TRUE(Read(infinite, "METAL M1 0 0 0 0 0 0 Cu 1 Normal INF"));
+  SMatlViaDrawLayer surface;
+  EXPECT_TRUE(Read(surface, "VIA V1 0 0 0 0 0 5 W 0 1 Surface 5e7"));
 }
 
 TEST_F(MatlTest, NumberOfSheetsOneOnlyOnRoughMetal) {
