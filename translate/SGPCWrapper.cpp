@@ -1,0 +1,285 @@
+#include "SGPCWrapper.h"
+
+#include <clipper.hpp>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+// Beyond this many units Clipper's arithmetic would lose exactness.
+const double kMaxUnits = 1e15;
+// The search for a slit starts beyond any distance that a layout holds.
+const double kFar = 99999999.0;
+
+// Points to Clipper's integers and back: one unit is the tolerance, unless the coordinates
+// are so large that the scale must shrink to keep them exact.
+struct SScale {
+  double factor = 1.0;
+  bool ok = true;
+
+  SScale(double tolerance, const SGPCWrapper& a, const SGPCWrapper& b) {
+    double extent = 0.0;
+    for (const SGPCWrapper* w : {&a, &b})
+      for (int c = 0; c < w->GetContourCount(); ++c)
+        for (const SPoint& p : w->Contour(c)) {
+          if (!std::isfinite(p.x()) || !std::isfinite(p.y())) ok = false;
+          extent = std::max({extent, std::fabs(p.x()), std::fabs(p.y())});
+        }
+    factor = tolerance > 0.0 && std::isfinite(tolerance) ? 1.0 / tolerance : 1e6;
+    if (extent * factor > kMaxUnits) factor = kMaxUnits / extent;
+  }
+
+  ClipperLib::Path ToPath(const std::vector<SPoint>& points) const {
+    ClipperLib::Path path;
+    path.reserve(points.size());
+    for (const SPoint& p : points)
+      path.emplace_back(static_cast<ClipperLib::cInt>(std::llround(p.x() * factor)),
+                        static_cast<ClipperLib::cInt>(std::llround(p.y() * factor)));
+    return path;
+  }
+
+  std::vector<SPoint> FromPath(const ClipperLib::Path& path) const {
+    std::vector<SPoint> points;
+    points.reserve(path.size());
+    for (const ClipperLib::IntPoint& p : path)
+      points.emplace_back(static_cast<double>(p.X) / factor, static_cast<double>(p.Y) / factor);
+    return points;
+  }
+};
+
+double SignedArea(const std::vector<SPoint>& points) {
+  double sum = 0.0;
+  const size_t n = points.size();
+  for (size_t i = 0; i < n; ++i) {
+    const SPoint& a = points[i];
+    const SPoint& b = points[(i + 1) % n];
+    sum += a.x() * b.y() - a.y() * b.x();
+  }
+  return sum / 2.0;
+}
+
+SRect BoundsOf(const std::vector<SPoint>& points) {
+  if (points.empty()) return SRect();
+  double x1 = points[0].x(), x2 = x1, y1 = points[0].y(), y2 = y1;
+  for (const SPoint& p : points) {
+    x1 = std::min(x1, p.x());
+    x2 = std::max(x2, p.x());
+    y1 = std::min(y1, p.y());
+    y2 = std::max(y2, p.y());
+  }
+  return SRect(x1, y1, x2, y2);
+}
+
+// Two edges lie on one line and share a stretch longer than a point.
+bool EdgesShareStretch(const SPoint& a1, const SPoint& a2, const SPoint& b1, const SPoint& b2, double tolerance) {
+  const double dxa = a2.x() - a1.x(), dya = a2.y() - a1.y();
+  const double dxb = b2.x() - b1.x(), dyb = b2.y() - b1.y();
+  const bool verticalA = std::fabs(dxa) < tolerance;
+  const bool verticalB = std::fabs(dxb) < tolerance;
+  if (verticalA != verticalB) return false;
+  bool alongX = true;
+  if (verticalA) {
+    if (std::fabs(a1.x() - b1.x()) >= tolerance) return false;
+    alongX = false;
+  } else {
+    const double slopeA = dya / dxa, slopeB = dyb / dxb;
+    if (std::fabs(slopeA - slopeB) >= tolerance) return false;
+    const double interceptA = a1.y() - slopeA * a1.x(), interceptB = b1.y() - slopeB * b1.x();
+    if (std::fabs(interceptA - interceptB) >= tolerance) return false;
+    // A flat line is measured along x, any other along y.
+    alongX = std::fabs(slopeA) < tolerance;
+  }
+  double lowA, highA, lowB, highB;
+  if (alongX) {
+    lowA = std::min(a1.x(), a2.x()), highA = std::max(a1.x(), a2.x());
+    lowB = std::min(b1.x(), b2.x()), highB = std::max(b1.x(), b2.x());
+  } else {
+    lowA = std::min(a1.y(), a2.y()), highA = std::max(a1.y(), a2.y());
+    lowB = std::min(b1.y(), b2.y()), highB = std::max(b1.y(), b2.y());
+  }
+  return std::min(highA, highB) - std::max(lowA, lowB) > tolerance;
+}
+
+} // namespace
+
+bool IsClockwise(const std::vector<SPoint>& points) { return SignedArea(points) > 0.0; }
+
+SGPCWrapper::SGPCWrapper(const std::vector<SPoint>& points, SEnclosure* source, double tolerance)
+    : itsSource(source), itsTolerance(tolerance) {
+  AddContour(points, false);
+}
+
+int SGPCWrapper::GetHoleCount() const { return static_cast<int>(std::count(itsHoles.begin(), itsHoles.end(), true)); }
+
+void SGPCWrapper::AddContour(std::vector<SPoint> points, bool hole) {
+  itsContours.push_back(std::move(points));
+  itsHoles.push_back(hole);
+  ComputeBoundingBox();
+}
+
+void SGPCWrapper::ComputeBoundingBox() {
+  bool first = true;
+  for (const std::vector<SPoint>& contour : itsContours) {
+    if (contour.empty()) continue;
+    const SRect box = BoundsOf(contour);
+    itsBoundingBox = first ? box : itsBoundingBox.united(box);
+    first = false;
+  }
+  if (first) itsBoundingBox = SRect();
+}
+
+bool SGPCWrapper::BoxesNear(const SGPCWrapper& other) const {
+  const SRect& a = itsBoundingBox;
+  const SRect& b = other.itsBoundingBox;
+  const double t = itsTolerance;
+  return !(a.x1() > b.x2() + t || b.x1() > a.x2() + t || a.y1() > b.y2() + t || b.y1() > a.y2() + t);
+}
+
+SGPCWrapper* SGPCWrapper::GetContour(int index) const {
+  SGPCWrapper* wrapper = new SGPCWrapper(itsContours[static_cast<size_t>(index)], itsSource, itsTolerance);
+  return wrapper;
+}
+
+int SGPCWrapper::Clip(int operation, const SGPCWrapper& other, SGPCWrapper& result) const {
+  ClipperLib::ClipType type;
+  switch (operation) {
+  case Difference: type = ClipperLib::ctDifference; break;
+  case Intersection: type = ClipperLib::ctIntersection; break;
+  case Union: type = ClipperLib::ctUnion; break;
+  default: return ClipFailed;
+  }
+  const SScale scale(itsTolerance, *this, other);
+  if (!scale.ok) return ClipFailed;
+  result.itsContours.clear();
+  result.itsHoles.clear();
+  try {
+    ClipperLib::Clipper clipper;
+    for (const auto& contour : itsContours)
+      if (contour.size() >= 3) clipper.AddPath(scale.ToPath(contour), ClipperLib::ptSubject, true);
+    for (const auto& contour : other.itsContours)
+      if (contour.size() >= 3) clipper.AddPath(scale.ToPath(contour), ClipperLib::ptClip, true);
+    ClipperLib::PolyTree tree;
+    if (!clipper.Execute(type, tree, ClipperLib::pftEvenOdd, ClipperLib::pftEvenOdd)) return ClipFailed;
+    for (ClipperLib::PolyNode* node = tree.GetFirst(); node; node = node->GetNext()) {
+      if (node->Contour.size() < 3) continue;
+      result.itsContours.push_back(scale.FromPath(node->Contour));
+      result.itsHoles.push_back(node->IsHole());
+    }
+  } catch (...) {
+    // Clipper throws on coordinates out of its range; the caller keeps what it had.
+    result.itsContours.clear();
+    result.itsHoles.clear();
+    return ClipFailed;
+  }
+  result.ComputeBoundingBox();
+  return ClipDone;
+}
+
+int SGPCWrapper::Relation(const SGPCWrapper& other) const {
+  if (!BoxesNear(other)) return Apart;
+  SGPCWrapper common(1e-8);
+  if (Clip(Intersection, other, common) == ClipDone && common.GetContourCount() > 0) return Overlap;
+  for (const auto& a : itsContours) {
+    for (size_t i = 0; i < a.size(); ++i) {
+      const SPoint& a1 = a[i];
+      const SPoint& a2 = a[(i + 1) % a.size()];
+      for (const auto& b : other.itsContours)
+        for (size_t j = 0; j < b.size(); ++j)
+          if (EdgesShareStretch(a1, a2, b[j], b[(j + 1) % b.size()], itsTolerance)) return Touch;
+    }
+  }
+  return Apart;
+}
+
+double SGPCWrapper::ProjectPoint(const SPoint& p1, const SPoint& p2, const SPoint& q, SPoint& out, double tolerance) {
+  if (q.x() >= std::min(p1.x(), p2.x()) && q.x() <= std::max(p1.x(), p2.x())) {
+    double y = p1.y();
+    if (std::fabs(p2.y() - p1.y()) >= tolerance) y = p1.y() + (q.x() - p1.x()) * (p2.y() - p1.y()) / (p2.x() - p1.x());
+    out = SPoint(q.x(), y);
+    return std::fabs(y - q.y());
+  }
+  if (q.y() >= std::min(p1.y(), p2.y()) && q.y() <= std::max(p1.y(), p2.y())) {
+    double x = p1.x();
+    if (std::fabs(p2.x() - p1.x()) >= tolerance) x = p1.x() + (q.y() - p1.y()) * (p2.x() - p1.x()) / (p2.y() - p1.y());
+    out = SPoint(x, q.y());
+    return std::fabs(x - q.x());
+  }
+  out = SPoint(-1, -1);
+  return -1;
+}
+
+bool SGPCWrapper::ConnectHoles() {
+  if (GetHoleCount() == 0) return true;
+  std::vector<std::vector<SPoint>> contours = itsContours;
+  std::vector<bool> holes = itsHoles;
+  while (std::count(holes.begin(), holes.end(), true) > 0) {
+    // The nearest join of a hole's vertex to another contour's edge, measured along an axis;
+    // contours within the hole's box can't take it.
+    double best = kFar;
+    size_t bi = 0, bv = 0, bj = 0, bk = 0;
+    SPoint bp;
+    bool found = false;
+    for (size_t i = 0; i < contours.size(); ++i) {
+      if (!holes[i]) continue;
+      const SRect hole = BoundsOf(contours[i]);
+      for (size_t j = 0; j < contours.size(); ++j) {
+        if (j == i) continue;
+        const SRect box = BoundsOf(contours[j]);
+        if (box.x1() >= hole.x1() && box.x2() <= hole.x2() && box.y1() >= hole.y1() && box.y2() <= hole.y2()) continue;
+        const auto& target = contours[j];
+        for (size_t v = 0; v < contours[i].size(); ++v)
+          for (size_t k = 0; k < target.size(); ++k) {
+            SPoint at;
+            const double d =
+                ProjectPoint(target[k], target[(k + 1) % target.size()], contours[i][v], at, itsTolerance);
+            if (d >= 0.0 && d < best) {
+              best = d, bi = i, bv = v, bj = j, bk = k, bp = at;
+              found = true;
+            }
+          }
+      }
+    }
+    if (!found) return false;
+    std::vector<SPoint> hole = contours[bi];
+    const std::vector<SPoint>& target = contours[bj];
+    size_t v = bv;
+    const size_t n = hole.size();
+    // The hole goes round against its new outline so that the slit closes it.
+    if ((!holes[bj] && IsClockwise(target) == IsClockwise(hole)) ||
+        (holes[bj] && IsClockwise(target) != IsClockwise(hole))) {
+      std::reverse(hole.begin(), hole.end());
+      v = n - v - 1;
+    }
+    std::vector<SPoint> joined;
+    joined.reserve(target.size() + n + 3);
+    joined.insert(joined.end(), target.begin(), target.begin() + static_cast<long>(bk) + 1);
+    joined.push_back(bp);
+    for (size_t step = 0; step < n; ++step) joined.push_back(hole[(v + step) % n]);
+    joined.push_back(hole[v]);
+    joined.push_back(bp);
+    joined.insert(joined.end(), target.begin() + static_cast<long>(bk) + 1, target.end());
+    contours[bj] = std::move(joined);
+    // The last contour takes the place of the hole.
+    if (bi + 1 != contours.size()) {
+      contours[bi] = std::move(contours.back());
+      holes[bi] = holes.back();
+    }
+    contours.pop_back();
+    holes.pop_back();
+  }
+  itsContours = std::move(contours);
+  itsHoles = std::move(holes);
+  ComputeBoundingBox();
+  return true;
+}
+
+double SGPCWrapper::Area() const {
+  double area = 0.0;
+  for (size_t i = 0; i < itsContours.size(); ++i) {
+    const double a = std::fabs(SignedArea(itsContours[i]));
+    area += itsHoles[i] ? -a : a;
+  }
+  return area;
+}
