@@ -366,36 +366,39 @@ void SCircuitPolygonOps::MergeGroups(SPolygonCollection& collection) {
     std::vector<std::pair<std::unique_ptr<SGPCWrapper>, bool>> cut;
     group.emplace_back(waiting.Take(seedIndex), seedIsPiece);
     SEnclosure* first = group.front().first->itsSource;
-    std::unique_ptr<SGPCWrapper> merged(new SGPCWrapper(itsEpsilon));
-    *merged = *group.front().first;
-    bool changed = true;
-    while (changed) {
-      changed = false;
-      std::vector<int> queue;
-      for (int index : waiting.Near(merged->GetBoundingBox())) {
-        const int relation = RelateSources(*merged, *waiting.Item(index).wrapper);
-        if (relation == MergeThem) {
-          queue.push_back(index);
-          changed = true;
-        } else if (relation == CutOther) {
-          const bool piece = waiting.Item(index).piece;
-          cut.emplace_back(waiting.Take(index), piece);
-        }
-      }
-      for (int index : queue) {
+    // Whatever merges with the union merges with one of its parts, and whatever overlaps it
+    // overlaps one of them: the group grows from each member to what lies near that member,
+    // and the union is taken once at the end, which keeps the work near linear where a
+    // growing outline compared with every waiting polygon would be quadratic.
+    for (size_t next = 0; next < group.size(); ++next) {
+      const SGPCWrapper& member = *group[next].first;
+      for (int index : waiting.Near(member.GetBoundingBox())) {
+        const int relation = RelateSources(member, *waiting.Item(index).wrapper);
         const bool piece = waiting.Item(index).piece;
-        group.emplace_back(waiting.Take(index), piece);
-        SGPCWrapper result(itsEpsilon);
-        if (merged->Clip(SGPCWrapper::Union, *group.back().first, result) == SGPCWrapper::ClipDone) {
-          result.itsSource = merged->itsSource;
-          *merged = result;
-        }
+        if (relation == MergeThem)
+          group.emplace_back(waiting.Take(index), piece);
+        else if (relation == CutOther)
+          cut.emplace_back(waiting.Take(index), piece);
       }
     }
+    std::unique_ptr<SGPCWrapper> merged(new SGPCWrapper(itsEpsilon));
+    if (group.size() == 1) {
+      *merged = *group.front().first;
+    } else {
+      std::vector<const SGPCWrapper*> parts;
+      for (const auto& entry : group) parts.push_back(entry.first.get());
+      if (SGPCWrapper::UnionAll(parts, *merged) != SGPCWrapper::ClipDone) *merged = *group.front().first;
+    }
+    merged->itsSource = first;
     // Trim: what is cut back loses the group's area; the pieces wait again.
     for (auto& entry : cut) {
-      SGPCWrapper rest(itsEpsilon);
-      if (entry.first->Clip(SGPCWrapper::Difference, *merged, rest) != SGPCWrapper::ClipDone) {
+      // Only the members near it take anything of it.
+      std::vector<const SGPCWrapper*> near;
+      for (const auto& member : group)
+        if (member.first->BoxesNear(*entry.first)) near.push_back(member.first.get());
+      SGPCWrapper local(itsEpsilon), rest(itsEpsilon);
+      if (SGPCWrapper::UnionAll(near, local) != SGPCWrapper::ClipDone ||
+          entry.first->Clip(SGPCWrapper::Difference, local, rest) != SGPCWrapper::ClipDone) {
         // The clipper failed: the polygon stays as it was rather than vanish.
         waiting.Add(std::move(entry.first), entry.second);
         continue;
@@ -462,10 +465,22 @@ void SCircuitPolygonOps::Commit(SPolygonCollection& collection, int level) {
   }
   itsProject->NoteMerged(collection.itsRemoved, collection.itsNew);
   collection.itsNew.clear();
-  for (SEnclosure* polygon : collection.itsRemoved) {
-    if (SBaseEnclosure* owner = polygon->GetOwner()) owner->RemoveChild(polygon);
-    delete polygon;
-  }
+  // Many polygons may go from one owner: each owner's list is walked once.
+  std::vector<SEnclosure*> removed = collection.itsRemoved;
+  std::sort(removed.begin(), removed.end());
+  std::vector<SBaseEnclosure*> owners;
+  for (SEnclosure* polygon : removed)
+    if (SBaseEnclosure* owner = polygon->GetOwner()) owners.push_back(owner);
+  std::sort(owners.begin(), owners.end());
+  owners.erase(std::unique(owners.begin(), owners.end()), owners.end());
+  std::vector<SBaseEnclosure*> taken;
+  for (SBaseEnclosure* owner : owners)
+    owner->TakeChildren(
+        [&removed](const SBaseEnclosure* child) {
+          return std::binary_search(removed.begin(), removed.end(), static_cast<const SEnclosure*>(child));
+        },
+        taken);
+  for (SEnclosure* polygon : removed) delete polygon;
   collection.itsRemoved.clear();
 }
 

@@ -19,9 +19,10 @@ struct SScale {
   double factor = 1.0;
   bool ok = true;
 
-  SScale(double tolerance, const SGPCWrapper& a, const SGPCWrapper& b) {
+  SScale(double tolerance, const SGPCWrapper& a, const SGPCWrapper& b) : SScale(tolerance, {&a, &b}) {}
+  SScale(double tolerance, const std::vector<const SGPCWrapper*>& parts) {
     double extent = 0.0;
-    for (const SGPCWrapper* w : {&a, &b})
+    for (const SGPCWrapper* w : parts)
       for (int c = 0; c < w->GetContourCount(); ++c)
         for (const SPoint& p : w->Contour(c)) {
           if (!std::isfinite(p.x()) || !std::isfinite(p.y())) ok = false;
@@ -169,6 +170,40 @@ int SGPCWrapper::Clip(int operation, const SGPCWrapper& other, SGPCWrapper& resu
     }
   } catch (...) {
     // Clipper throws on coordinates out of its range; the caller keeps what it had.
+    result.itsContours.clear();
+    result.itsHoles.clear();
+    return ClipFailed;
+  }
+  result.ComputeBoundingBox();
+  return ClipDone;
+}
+
+int SGPCWrapper::UnionAll(const std::vector<const SGPCWrapper*>& parts, SGPCWrapper& result) {
+  result.itsContours.clear();
+  result.itsHoles.clear();
+  if (parts.empty()) return ClipDone;
+  const SScale scale(parts.front()->itsTolerance, parts);
+  if (!scale.ok) return ClipFailed;
+  try {
+    ClipperLib::Clipper clipper;
+    for (const SGPCWrapper* part : parts)
+      for (const auto& contour : part->itsContours) {
+        if (contour.size() < 3) continue;
+        ClipperLib::Path path = scale.ToPath(contour);
+        // All one way round, so that overlaps add up under the non-zero rule.
+        if (!ClipperLib::Orientation(path)) ClipperLib::ReversePath(path);
+        clipper.AddPath(path, ClipperLib::ptSubject, true);
+      }
+    ClipperLib::PolyTree tree;
+    // Non-zero: overlapping parts add up, while a part's own holes (even-odd within it)
+    // would not; parts here are plain outlines.
+    if (!clipper.Execute(ClipperLib::ctUnion, tree, ClipperLib::pftNonZero, ClipperLib::pftNonZero)) return ClipFailed;
+    for (ClipperLib::PolyNode* node = tree.GetFirst(); node; node = node->GetNext()) {
+      if (node->Contour.size() < 3) continue;
+      result.itsContours.push_back(scale.FromPath(node->Contour));
+      result.itsHoles.push_back(node->IsHole());
+    }
+  } catch (...) {
     result.itsContours.clear();
     result.itsHoles.clear();
     return ClipFailed;

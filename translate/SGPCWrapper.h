@@ -41,6 +41,9 @@ public:
   // This (subject) with `other` (clip) into `result`, whose contours are replaced: Difference,
   // Intersection or Union. ClipFailed when the clipper failed; `result` is then not to be used.
   int Clip(int operation, const SGPCWrapper& other, SGPCWrapper& result) const;
+  // The union of all of them into `result` in one call of the clipper, with the first's
+  // tolerance; ClipFailed as for Clip.
+  static int UnionAll(const std::vector<const SGPCWrapper*>& parts, SGPCWrapper& result);
   // Overlap when the areas share some, Touch when two edges share a stretch, else Apart.
   int Relation(const SGPCWrapper& other) const;
   // Joins each hole to a neighbour by a slit, two coincident edges, so that every contour
