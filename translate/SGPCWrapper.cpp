@@ -105,6 +105,24 @@ bool EdgesShareStretch(const SPoint& a1, const SPoint& a2, const SPoint& b1, con
 
 } // namespace
 
+struct SClipperAccess {
+  static void TakePaths(SGPCWrapper& result, const ClipperLib::Paths& paths, double factor);
+};
+
+void SClipperAccess::TakePaths(SGPCWrapper& result, const ClipperLib::Paths& paths, double factor) {
+  // Paths rather than the tree of nesting: the tree costs a point-in-polygon test for every
+  // pair of outlines, and a hole is told by its orientation alone.
+  for (const ClipperLib::Path& path : paths) {
+    if (path.size() < 3) continue;
+    std::vector<SPoint> points;
+    points.reserve(path.size());
+    for (const ClipperLib::IntPoint& p : path)
+      points.emplace_back(static_cast<double>(p.X) / factor, static_cast<double>(p.Y) / factor);
+    result.itsContours.push_back(std::move(points));
+    result.itsHoles.push_back(!ClipperLib::Orientation(path));
+  }
+}
+
 bool IsClockwise(const std::vector<SPoint>& points) { return SignedArea(points) > 0.0; }
 
 SGPCWrapper::SGPCWrapper(const std::vector<SPoint>& points, SEnclosure* source, double tolerance)
@@ -161,13 +179,9 @@ int SGPCWrapper::Clip(int operation, const SGPCWrapper& other, SGPCWrapper& resu
       if (contour.size() >= 3) clipper.AddPath(scale.ToPath(contour), ClipperLib::ptSubject, true);
     for (const auto& contour : other.itsContours)
       if (contour.size() >= 3) clipper.AddPath(scale.ToPath(contour), ClipperLib::ptClip, true);
-    ClipperLib::PolyTree tree;
-    if (!clipper.Execute(type, tree, ClipperLib::pftEvenOdd, ClipperLib::pftEvenOdd)) return ClipFailed;
-    for (ClipperLib::PolyNode* node = tree.GetFirst(); node; node = node->GetNext()) {
-      if (node->Contour.size() < 3) continue;
-      result.itsContours.push_back(scale.FromPath(node->Contour));
-      result.itsHoles.push_back(node->IsHole());
-    }
+    ClipperLib::Paths paths;
+    if (!clipper.Execute(type, paths, ClipperLib::pftEvenOdd, ClipperLib::pftEvenOdd)) return ClipFailed;
+    SClipperAccess::TakePaths(result, paths, scale.factor);
   } catch (...) {
     // Clipper throws on coordinates out of its range; the caller keeps what it had.
     result.itsContours.clear();
@@ -194,15 +208,10 @@ int SGPCWrapper::UnionAll(const std::vector<const SGPCWrapper*>& parts, SGPCWrap
         if (!ClipperLib::Orientation(path)) ClipperLib::ReversePath(path);
         clipper.AddPath(path, ClipperLib::ptSubject, true);
       }
-    ClipperLib::PolyTree tree;
-    // Non-zero: overlapping parts add up, while a part's own holes (even-odd within it)
-    // would not; parts here are plain outlines.
-    if (!clipper.Execute(ClipperLib::ctUnion, tree, ClipperLib::pftNonZero, ClipperLib::pftNonZero)) return ClipFailed;
-    for (ClipperLib::PolyNode* node = tree.GetFirst(); node; node = node->GetNext()) {
-      if (node->Contour.size() < 3) continue;
-      result.itsContours.push_back(scale.FromPath(node->Contour));
-      result.itsHoles.push_back(node->IsHole());
-    }
+    ClipperLib::Paths paths;
+    // Non-zero: overlapping parts add up; parts here are plain outlines.
+    if (!clipper.Execute(ClipperLib::ctUnion, paths, ClipperLib::pftNonZero, ClipperLib::pftNonZero)) return ClipFailed;
+    SClipperAccess::TakePaths(result, paths, scale.factor);
   } catch (...) {
     result.itsContours.clear();
     result.itsHoles.clear();

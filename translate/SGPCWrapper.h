@@ -61,6 +61,7 @@ public:
   double itsTolerance = 1e-6;
 
 private:
+  friend struct SClipperAccess;
   std::vector<std::vector<SPoint>> itsContours;
   std::vector<bool> itsHoles;
 };
