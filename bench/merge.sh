@@ -3,7 +3,8 @@
 # generated streams, beside the same translation without it and KLayout's batch read,
 # flatten and merge per layer of the same files, and prints one table.
 #   bench/merge.sh path/to/gds [flat polygons ...]
-# The sizes default to 100000 1000000; each size is tried as a flat, a tree and a path stream.
+# The sizes default to 100000 1000000; each size is tried as a flat, a tree and a path stream, whose
+# polygons lie apart, and as rows of overlapping hexagons, each row of one layer merging into one.
 set -euo pipefail
 gds=$(realpath "$1")
 shift
@@ -23,7 +24,7 @@ measure() {
 printf '%-6s %9s %9s %9s %9s %10s %9s %9s %7s\n' \
   stream polygons "plain s" "-H s" "peak MiB" "merged" "klayout s" "peak MiB" ratio
 for size in "${sizes[@]}"; do
-  for kind in flat tree paths; do
+  for kind in flat tree paths overlap; do
     stream="$work/bench_${kind}_$size.gds"
     case $kind in
       flat) [ -f "$stream" ] || "$gen" "$stream" "$size" ;;

@@ -18,16 +18,25 @@ const double kFar = 99999999.0;
 struct SScale {
   double factor = 1.0;
   bool ok = true;
+  // The clipper sweeps along y and keeps what a scan line crosses in a list searched from
+  // its start: a layout wider than high goes in with x and y exchanged, so that the sweep
+  // runs along its length and the list stays short.
+  bool swap = false;
 
   SScale(double tolerance, const SGPCWrapper& a, const SGPCWrapper& b) : SScale(tolerance, {&a, &b}) {}
   SScale(double tolerance, const std::vector<const SGPCWrapper*>& parts) {
     double extent = 0.0;
+    double x1 = 0, x2 = 0, y1 = 0, y2 = 0;
+    bool first = true;
     for (const SGPCWrapper* w : parts)
       for (int c = 0; c < w->GetContourCount(); ++c)
         for (const SPoint& p : w->Contour(c)) {
           if (!std::isfinite(p.x()) || !std::isfinite(p.y())) ok = false;
           extent = std::max({extent, std::fabs(p.x()), std::fabs(p.y())});
+          if (first) x1 = x2 = p.x(), y1 = y2 = p.y(), first = false;
+          x1 = std::min(x1, p.x()), x2 = std::max(x2, p.x()), y1 = std::min(y1, p.y()), y2 = std::max(y2, p.y());
         }
+    swap = x2 - x1 > y2 - y1;
     factor = tolerance > 0.0 && std::isfinite(tolerance) ? 1.0 / tolerance : 1e6;
     if (extent * factor > kMaxUnits) factor = kMaxUnits / extent;
   }
@@ -35,18 +44,17 @@ struct SScale {
   ClipperLib::Path ToPath(const std::vector<SPoint>& points) const {
     ClipperLib::Path path;
     path.reserve(points.size());
-    for (const SPoint& p : points)
-      path.emplace_back(static_cast<ClipperLib::cInt>(std::llround(p.x() * factor)),
-                        static_cast<ClipperLib::cInt>(std::llround(p.y() * factor)));
+    for (const SPoint& p : points) {
+      const auto x = static_cast<ClipperLib::cInt>(std::llround(p.x() * factor));
+      const auto y = static_cast<ClipperLib::cInt>(std::llround(p.y() * factor));
+      path.emplace_back(swap ? y : x, swap ? x : y);
+    }
     return path;
   }
 
-  std::vector<SPoint> FromPath(const ClipperLib::Path& path) const {
-    std::vector<SPoint> points;
-    points.reserve(path.size());
-    for (const ClipperLib::IntPoint& p : path)
-      points.emplace_back(static_cast<double>(p.X) / factor, static_cast<double>(p.Y) / factor);
-    return points;
+  SPoint FromPoint(const ClipperLib::IntPoint& p) const {
+    const double a = static_cast<double>(p.X) / factor, b = static_cast<double>(p.Y) / factor;
+    return swap ? SPoint(b, a) : SPoint(a, b);
   }
 };
 
@@ -103,21 +111,90 @@ bool EdgesShareStretch(const SPoint& a1, const SPoint& a2, const SPoint& b1, con
   return std::min(highA, highB) - std::max(lowA, lowB) > tolerance;
 }
 
+// What the relation of two plain outlines is, worked out without the clipper when that is
+// certain: -1 when they touch or come within the tolerance somewhere, which the clipper
+// decides, else Overlap or Apart.
+int QuickRelation(const std::vector<SPoint>& a, const std::vector<SPoint>& b, double t) {
+  // Two rectangles along the axes, the usual case of a layout.
+  auto rectangle = [](const std::vector<SPoint>& p, SRect& r) {
+    if (p.size() != 4) return false;
+    for (size_t i = 0; i < 4; ++i) {
+      const SPoint& u = p[i];
+      const SPoint& v = p[(i + 1) % 4];
+      if (u.x() != v.x() && u.y() != v.y()) return false;
+    }
+    r = BoundsOf(p);
+    return r.width() > 0 && r.height() > 0;
+  };
+  SRect ra, rb;
+  if (rectangle(a, ra) && rectangle(b, rb)) {
+    const double ox = std::min(ra.x2(), rb.x2()) - std::max(ra.x1(), rb.x1());
+    const double oy = std::min(ra.y2(), rb.y2()) - std::max(ra.y1(), rb.y1());
+    if (ox > t && oy > t) return SGPCWrapper::Overlap;
+    if (ox < -t || oy < -t) return SGPCWrapper::Apart;
+    return -1;
+  }
+  if (a.size() < 3 || b.size() < 3 || a.size() * b.size() > 1024) return -1;
+  auto cross = [](const SPoint& o, const SPoint& p, const SPoint& q) {
+    return (p.x() - o.x()) * (q.y() - o.y()) - (p.y() - o.y()) * (q.x() - o.x());
+  };
+  // Squared, against the squared tolerance.
+  auto distance = [](const SPoint& p, const SPoint& u, const SPoint& v) {
+    const double dx = v.x() - u.x(), dy = v.y() - u.y();
+    const double length = dx * dx + dy * dy;
+    double k = length > 0 ? ((p.x() - u.x()) * dx + (p.y() - u.y()) * dy) / length : 0.0;
+    k = std::max(0.0, std::min(1.0, k));
+    const double ex = p.x() - (u.x() + k * dx), ey = p.y() - (u.y() + k * dy);
+    return ex * ex + ey * ey;
+  };
+  auto inside = [](const std::vector<SPoint>& p, const SPoint& q) {
+    bool in = false;
+    for (size_t i = 0, j = p.size() - 1; i < p.size(); j = i++)
+      if ((p[i].y() > q.y()) != (p[j].y() > q.y()) &&
+          q.x() < (p[j].x() - p[i].x()) * (q.y() - p[i].y()) / (p[j].y() - p[i].y()) + p[i].x())
+        in = !in;
+    return in;
+  };
+  bool overlap = false;
+  for (int pass = 0; pass < 2; ++pass) {
+    const auto& p = pass == 0 ? a : b;
+    const auto& q = pass == 0 ? b : a;
+    for (const SPoint& v : p) {
+      for (size_t j = 0; j < q.size(); ++j)
+        if (!(distance(v, q[j], q[(j + 1) % q.size()]) > t * t)) return -1;
+      overlap = overlap || inside(q, v);
+    }
+  }
+  for (size_t i = 0; i < a.size() && !overlap; ++i) {
+    const SPoint& a1 = a[i];
+    const SPoint& a2 = a[(i + 1) % a.size()];
+    for (size_t j = 0; j < b.size(); ++j) {
+      const SPoint& b1 = b[j];
+      const SPoint& b2 = b[(j + 1) % b.size()];
+      const double d1 = cross(a1, a2, b1), d2 = cross(a1, a2, b2), d3 = cross(b1, b2, a1), d4 = cross(b1, b2, a2);
+      if (d1 != 0 && d2 != 0 && d3 != 0 && d4 != 0 && (d1 > 0) != (d2 > 0) && (d3 > 0) != (d4 > 0)) {
+        overlap = true;
+        break;
+      }
+    }
+  }
+  return overlap ? SGPCWrapper::Overlap : SGPCWrapper::Apart;
+}
+
 } // namespace
 
 struct SClipperAccess {
-  static void TakePaths(SGPCWrapper& result, const ClipperLib::Paths& paths, double factor);
+  static void TakePaths(SGPCWrapper& result, const ClipperLib::Paths& paths, const SScale& scale);
 };
 
-void SClipperAccess::TakePaths(SGPCWrapper& result, const ClipperLib::Paths& paths, double factor) {
+void SClipperAccess::TakePaths(SGPCWrapper& result, const ClipperLib::Paths& paths, const SScale& scale) {
   // Paths rather than the tree of nesting: the tree costs a point-in-polygon test for every
   // pair of outlines, and a hole is told by its orientation alone.
   for (const ClipperLib::Path& path : paths) {
     if (path.size() < 3) continue;
     std::vector<SPoint> points;
     points.reserve(path.size());
-    for (const ClipperLib::IntPoint& p : path)
-      points.emplace_back(static_cast<double>(p.X) / factor, static_cast<double>(p.Y) / factor);
+    for (const ClipperLib::IntPoint& p : path) points.push_back(scale.FromPoint(p));
     result.itsContours.push_back(std::move(points));
     result.itsHoles.push_back(!ClipperLib::Orientation(path));
   }
@@ -181,7 +258,7 @@ int SGPCWrapper::Clip(int operation, const SGPCWrapper& other, SGPCWrapper& resu
       if (contour.size() >= 3) clipper.AddPath(scale.ToPath(contour), ClipperLib::ptClip, true);
     ClipperLib::Paths paths;
     if (!clipper.Execute(type, paths, ClipperLib::pftEvenOdd, ClipperLib::pftEvenOdd)) return ClipFailed;
-    SClipperAccess::TakePaths(result, paths, scale.factor);
+    SClipperAccess::TakePaths(result, paths, scale);
   } catch (...) {
     // Clipper throws on coordinates out of its range; the caller keeps what it had.
     result.itsContours.clear();
@@ -196,22 +273,48 @@ int SGPCWrapper::UnionAll(const std::vector<const SGPCWrapper*>& parts, SGPCWrap
   result.itsContours.clear();
   result.itsHoles.clear();
   if (parts.empty()) return ClipDone;
+  // The clipper's sweep keeps every outline that a scan line crosses in one list, and many
+  // parts side by side make each step along it long: the union of a long row of parts would
+  // grow with the square of their number. Halves that lie apart, united on their own, keep
+  // that list short; the two results meet along one seam.
+  const size_t kFewParts = 256;
+  if (parts.size() > kFewParts) {
+    SRect box = parts.front()->GetBoundingBox();
+    for (const SGPCWrapper* part : parts) box = box.united(part->GetBoundingBox());
+    const bool alongX = std::fabs(box.width()) >= std::fabs(box.height());
+    std::vector<const SGPCWrapper*> sorted(parts);
+    auto centre = [alongX](const SGPCWrapper* w) {
+      const SRect& b = w->GetBoundingBox();
+      return alongX ? b.x1() + b.x2() : b.y1() + b.y2();
+    };
+    const size_t half = sorted.size() / 2;
+    std::nth_element(sorted.begin(), sorted.begin() + static_cast<long>(half), sorted.end(),
+                     [&](const SGPCWrapper* a, const SGPCWrapper* b) { return centre(a) < centre(b); });
+    SGPCWrapper low(parts.front()->itsTolerance), high(parts.front()->itsTolerance);
+    if (UnionAll(std::vector<const SGPCWrapper*>(sorted.begin(), sorted.begin() + static_cast<long>(half)), low) !=
+            ClipDone ||
+        UnionAll(std::vector<const SGPCWrapper*>(sorted.begin() + static_cast<long>(half), sorted.end()), high) !=
+            ClipDone)
+      return ClipFailed;
+    return UnionAll({&low, &high}, result);
+  }
   const SScale scale(parts.front()->itsTolerance, parts);
   if (!scale.ok) return ClipFailed;
   try {
     ClipperLib::Clipper clipper;
     for (const SGPCWrapper* part : parts)
-      for (const auto& contour : part->itsContours) {
-        if (contour.size() < 3) continue;
-        ClipperLib::Path path = scale.ToPath(contour);
-        // All one way round, so that overlaps add up under the non-zero rule.
-        if (!ClipperLib::Orientation(path)) ClipperLib::ReversePath(path);
+      for (size_t c = 0; c < part->itsContours.size(); ++c) {
+        if (part->itsContours[c].size() < 3) continue;
+        ClipperLib::Path path = scale.ToPath(part->itsContours[c]);
+        // Outlines one way round and holes the other, so that overlaps add up under the
+        // non-zero rule and a hole stays empty.
+        if (ClipperLib::Orientation(path) == bool(part->itsHoles[c])) ClipperLib::ReversePath(path);
         clipper.AddPath(path, ClipperLib::ptSubject, true);
       }
     ClipperLib::Paths paths;
     // Non-zero: overlapping parts add up; parts here are plain outlines.
     if (!clipper.Execute(ClipperLib::ctUnion, paths, ClipperLib::pftNonZero, ClipperLib::pftNonZero)) return ClipFailed;
-    SClipperAccess::TakePaths(result, paths, scale.factor);
+    SClipperAccess::TakePaths(result, paths, scale);
   } catch (...) {
     result.itsContours.clear();
     result.itsHoles.clear();
@@ -223,6 +326,10 @@ int SGPCWrapper::UnionAll(const std::vector<const SGPCWrapper*>& parts, SGPCWrap
 
 int SGPCWrapper::Relation(const SGPCWrapper& other) const {
   if (!BoxesNear(other)) return Apart;
+  if (itsContours.size() == 1 && other.itsContours.size() == 1) {
+    const int quick = QuickRelation(itsContours[0], other.itsContours[0], itsTolerance);
+    if (quick >= 0) return quick;
+  }
   SGPCWrapper common(1e-8);
   if (Clip(Intersection, other, common) == ClipDone && common.GetContourCount() > 0) return Overlap;
   for (const auto& a : itsContours) {
