@@ -16,6 +16,7 @@
 #include "SGdsStructureList.h"
 #include "SErrorMessages.h"
 #include "SCircuit.h"
+#include "SCircuitPolygonOps.h"
 #include "SCvtMaterialFile.h"
 #include "SDimensionBlock.h"
 #include "SLevel.h"
@@ -432,7 +433,10 @@ bool SGdsApp::UpdateProject()
     // The project's y axis runs down, the stream's up.
     if (!itsOptions.itsInvertY)
         project.Invert(true);
-    // -H, the polygon operations, comes with a later build.
+    if (itsOptions.itsPolygonOperations) {
+        SCircuitPolygonOps operations(&project);
+        operations.MergeAll();
+    }
     itsPolygonList->AddPorts(project, *itsLayerFile);
     if (debug.GetLevel() > 4) {
         SProjectStream text;

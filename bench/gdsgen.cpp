@@ -1,6 +1,6 @@
 // Writes large streams for timing.
 //
-//   gdsgen out.gds [count] [--hier | --tree | --paths]
+//   gdsgen out.gds [count] [--hier | --tree | --paths | --overlap]
 //
 // Without a mode: one structure "cell" with count boundaries of seven points
 // each (a closed hexagon), spread over 16 layers; --hier adds a structure
@@ -157,10 +157,23 @@ void Grid(long cells, int& columns, int& rows)
         rows = 32767;
 }
 
-void Flat(long count, bool hier)
+void Flat(long count, bool hier, bool overlap = false)
 {
     Structure("cell");
     for (long i = 0; i < count; ++i) {
+        if (overlap) {
+            // Rows of hexagons that each overlap the next: a row of one layer merges into one.
+            const int32_t x = int32_t((i % 1000) * 1500), y = int32_t((i / 1000) * 3000);
+            const int32_t dx[7] = {0, 1000, 2000, 2000, 1000, 0, 0};
+            const int32_t dy[7] = {500, 0, 500, 1500, 2000, 1500, 500};
+            std::vector<int32_t> points;
+            for (int k = 0; k < 7; ++k) {
+                points.push_back(x + dx[k]);
+                points.push_back(y + dy[k]);
+            }
+            Boundary(int((i / 1000) % 16), points);
+            continue;
+        }
         int32_t x = int32_t((i % 1000) * 3000);
         int32_t y = int32_t((i / 1000) * 3000);
         const int32_t dx[7] = {0, 1000, 2000, 2000, 1000, 0, 0};
@@ -254,7 +267,7 @@ void Paths(long count)
 int main(int argc, char** argv)
 {
     if (argc < 2) {
-        fprintf(stderr, "usage: gdsgen out.gds [count] [--hier | --tree | --paths]\n");
+        fprintf(stderr, "usage: gdsgen out.gds [count] [--hier | --tree | --paths | --overlap]\n");
         return 2;
     }
     long count = argc > 2 ? atol(argv[2]) : 1000000;
@@ -270,7 +283,7 @@ int main(int argc, char** argv)
     else if (strcmp(mode, "--paths") == 0)
         Paths(count);
     else
-        Flat(count, strcmp(mode, "--hier") == 0);
+        Flat(count, strcmp(mode, "--hier") == 0, strcmp(mode, "--overlap") == 0);
     Header(4, 4, 0);
     Flush(true);
     return fclose(file) == 0 ? 0 : 1;

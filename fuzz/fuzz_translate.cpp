@@ -97,6 +97,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
                 break;
             words.insert(words.end(), {"-g", "-i", space.project, "-m", "10%,1,2,3"});
         }
+        // Half of the inputs merge their polygons as well, chosen by the input so that a
+        // finding replays the same way.
+        if (size > 0 && (data[size / 2] & 1) != 0)
+            words.push_back("-H");
         words.push_back(stream);
         std::vector<char*> argv;
         for (std::string& word : words)

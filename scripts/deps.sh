@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages the build needs, when any is missing.
 set -euo pipefail
-packages=(g++ cmake make qtbase5-dev libgtest-dev libpolyclipping-dev libjemalloc-dev libssl-dev)
+packages=(g++ cmake make qtbase5-dev libgtest-dev libpolyclipping-dev libjemalloc-dev libssl-dev libboost-dev)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

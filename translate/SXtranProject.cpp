@@ -577,6 +577,25 @@ void SXtranProject::ForEachShape(bool newOnly, void (*visit)(SPolygonData&, void
         visit(*ShapeOf(shape), data);
 }
 
+void SXtranProject::NoteMerged(const std::vector<SEnclosure*>& removed, const std::vector<SEnclosure*>& added)
+{
+    if (!removed.empty()) {
+        std::vector<SEnclosure*> gone(removed);
+        std::sort(gone.begin(), gone.end());
+        itsNewPolygons.erase(std::remove_if(itsNewPolygons.begin(), itsNewPolygons.end(),
+                                            [&gone](const NewShape& shape) {
+                                                return std::binary_search(gone.begin(), gone.end(), shape.itsObject);
+                                            }),
+                             itsNewPolygons.end());
+    }
+    for (SEnclosure* object : added)
+        itsNewPolygons.push_back(NewShape{object, ShapeOf(object)});
+    for (SEnclosure* object : removed)
+        --(object->isA() == SID_BRICKPOLYGON ? itsBrickCount : itsPolygonCount);
+    for (SEnclosure* object : added)
+        ++(object->isA() == SID_BRICKPOLYGON ? itsBrickCount : itsPolygonCount);
+}
+
 SRect SXtranProject::GetBoundingBox(bool newOnly) const
 {
     struct Bounds
