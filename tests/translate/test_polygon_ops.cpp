@@ -263,8 +263,9 @@ TEST_F(Merge, AreaIsKeptAndNothingOverlapsCellByCell)
                     holder = p;
                 }
             ASSERT_EQ(holders, covered ? 1 : 0) << "cell " << cx << "," << cy;
-            if (holder)
+            if (holder) {
                 EXPECT_EQ(holder->GetType(), goldCovered ? gold : resistor) << "cell " << cx << "," << cy;
+            }
         }
 }
 
