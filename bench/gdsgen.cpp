@@ -160,30 +160,19 @@ void Grid(long cells, int& columns, int& rows)
 void Flat(long count, bool hier, bool overlap = false)
 {
     Structure("cell");
+    const int32_t dx[7] = {0, 1000, 2000, 2000, 1000, 0, 0};
+    const int32_t dy[7] = {500, 0, 500, 1500, 2000, 1500, 500};
     for (long i = 0; i < count; ++i) {
-        if (overlap) {
-            // Rows of hexagons that each overlap the next: a row of one layer merges into one.
-            const int32_t x = int32_t((i % 1000) * 1500), y = int32_t((i / 1000) * 3000);
-            const int32_t dx[7] = {0, 1000, 2000, 2000, 1000, 0, 0};
-            const int32_t dy[7] = {500, 0, 500, 1500, 2000, 1500, 500};
-            std::vector<int32_t> points;
-            for (int k = 0; k < 7; ++k) {
-                points.push_back(x + dx[k]);
-                points.push_back(y + dy[k]);
-            }
-            Boundary(int((i / 1000) % 16), points);
-            continue;
-        }
-        int32_t x = int32_t((i % 1000) * 3000);
-        int32_t y = int32_t((i / 1000) * 3000);
-        const int32_t dx[7] = {0, 1000, 2000, 2000, 1000, 0, 0};
-        const int32_t dy[7] = {500, 0, 500, 1500, 2000, 1500, 500};
+        // Overlapping: rows of hexagons that each overlap the next, a row of one layer merging
+        // into one polygon.
+        const int32_t x = int32_t((i % 1000) * (overlap ? 1500 : 3000));
+        const int32_t y = int32_t((i / 1000) * 3000);
         std::vector<int32_t> points;
         for (int k = 0; k < 7; ++k) {
             points.push_back(x + dx[k]);
             points.push_back(y + dy[k]);
         }
-        Boundary(int(i % 16), points);
+        Boundary(int(overlap ? (i / 1000) % 16 : i % 16), points);
     }
     End();
     if (hier) {

@@ -185,6 +185,21 @@ int QuickRelation(const std::vector<SPoint>& a, const std::vector<SPoint>& b, do
 
 struct SClipperAccess {
   static void TakePaths(SGPCWrapper& result, const ClipperLib::Paths& paths, const SScale& scale);
+  // Runs the clipper into `result`.
+  static int Run(ClipperLib::Clipper& clipper, ClipperLib::ClipType type, ClipperLib::PolyFillType fill,
+                 const SScale& scale, SGPCWrapper& result) {
+    ClipperLib::Paths paths;
+    if (!clipper.Execute(type, paths, fill, fill)) return Failed(result);
+    TakePaths(result, paths, scale);
+    result.ComputeBoundingBox();
+    return SGPCWrapper::ClipDone;
+  }
+  // Clipper throws on coordinates out of its range; the caller keeps what it had.
+  static int Failed(SGPCWrapper& result) {
+    result.itsContours.clear();
+    result.itsHoles.clear();
+    return SGPCWrapper::ClipFailed;
+  }
 };
 
 void SClipperAccess::TakePaths(SGPCWrapper& result, const ClipperLib::Paths& paths, const SScale& scale) {
@@ -256,17 +271,10 @@ int SGPCWrapper::Clip(int operation, const SGPCWrapper& other, SGPCWrapper& resu
       if (contour.size() >= 3) clipper.AddPath(scale.ToPath(contour), ClipperLib::ptSubject, true);
     for (const auto& contour : other.itsContours)
       if (contour.size() >= 3) clipper.AddPath(scale.ToPath(contour), ClipperLib::ptClip, true);
-    ClipperLib::Paths paths;
-    if (!clipper.Execute(type, paths, ClipperLib::pftEvenOdd, ClipperLib::pftEvenOdd)) return ClipFailed;
-    SClipperAccess::TakePaths(result, paths, scale);
+    return SClipperAccess::Run(clipper, type, ClipperLib::pftEvenOdd, scale, result);
   } catch (...) {
-    // Clipper throws on coordinates out of its range; the caller keeps what it had.
-    result.itsContours.clear();
-    result.itsHoles.clear();
-    return ClipFailed;
+    return SClipperAccess::Failed(result);
   }
-  result.ComputeBoundingBox();
-  return ClipDone;
 }
 
 int SGPCWrapper::UnionAll(const std::vector<const SGPCWrapper*>& parts, SGPCWrapper& result) {
@@ -311,17 +319,10 @@ int SGPCWrapper::UnionAll(const std::vector<const SGPCWrapper*>& parts, SGPCWrap
         if (ClipperLib::Orientation(path) == bool(part->itsHoles[c])) ClipperLib::ReversePath(path);
         clipper.AddPath(path, ClipperLib::ptSubject, true);
       }
-    ClipperLib::Paths paths;
-    // Non-zero: overlapping parts add up; parts here are plain outlines.
-    if (!clipper.Execute(ClipperLib::ctUnion, paths, ClipperLib::pftNonZero, ClipperLib::pftNonZero)) return ClipFailed;
-    SClipperAccess::TakePaths(result, paths, scale);
+    return SClipperAccess::Run(clipper, ClipperLib::ctUnion, ClipperLib::pftNonZero, scale, result);
   } catch (...) {
-    result.itsContours.clear();
-    result.itsHoles.clear();
-    return ClipFailed;
+    return SClipperAccess::Failed(result);
   }
-  result.ComputeBoundingBox();
-  return ClipDone;
 }
 
 int SGPCWrapper::Relation(const SGPCWrapper& other) const {
