@@ -10,6 +10,7 @@
 
 #include "SCircuit.h"
 #include "SCircuitPolygonOps.h"
+#include "SDimension.h"
 #include "SGPCWrapper.h"
 #include "SGeoClassID.h"
 #include "SLevel.h"
@@ -208,6 +209,25 @@ TEST_F(Merge, APortedPolygonIsNeverMergedAndALonePolygonStays)
     ASSERT_EQ(after.size(), 3u);
     for (long long id : ids)
         EXPECT_EQ(std::count_if(after.begin(), after.end(), [id](SMetalPolygon* p) { return p->GetId() == id; }), 1);
+}
+
+TEST_F(Merge, APolygonThatADimensionNamesKeepsItsIdentity)
+{
+    SMetalPolygon* named = Metal({0, 0, 10, 10}, gold);
+    Metal({5, 0, 15, 10}, gold);
+    // Inside a polygon of lower resistance it would otherwise vanish.
+    SMetalPolygon* inner = Metal({20, 2, 22, 4}, resistor);
+    Metal({18, 0, 30, 10}, gold);
+    SDimension* dimension = new SDimension;
+    dimension->Reference(0).SetPolygonId(named->GetId());
+    dimension->Reference(1).SetPolygonId(inner->GetId());
+    project.GetCircuit()->AddObject(dimension);
+    const long long ids[2] = {named->GetId(), inner->GetId()};
+    MergeAll();
+    const std::vector<SMetalPolygon*> after = Polygons();
+    for (long long id : ids)
+        EXPECT_EQ(std::count_if(after.begin(), after.end(), [id](SMetalPolygon* p) { return p->GetId() == id; }), 1);
+    EXPECT_EQ(after.size(), 4u);
 }
 
 TEST_F(Merge, DegeneratePolygonsStayAsTheyAre)
