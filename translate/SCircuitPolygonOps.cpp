@@ -178,7 +178,10 @@ public:
 private:
   static const long long kMaxCellsPerItem = 4096;
 
-  static long long Key(long long x, long long y) { return (x << 32) ^ (y & 0xffffffffLL); }
+  // Cell numbers may be negative: the key is built from their bits as unsigned.
+  static unsigned long long Key(long long x, long long y) {
+    return (static_cast<unsigned long long>(x) << 32) ^ (static_cast<unsigned long long>(y) & 0xffffffffULL);
+  }
 
   bool Cells(const SRect& box, long long& x1, long long& y1, long long& x2, long long& y2) const {
     const double t = itsTolerance;
@@ -217,7 +220,7 @@ private:
   std::vector<SItem> itsItems;
   long long itsNextOrder = 0;
   size_t itsAlive = 0;
-  std::unordered_map<long long, std::vector<int>> itsGrid;
+  std::unordered_map<unsigned long long, std::vector<int>> itsGrid;
   std::vector<int> itsEverywhere;
   std::map<int, std::vector<int>> itsQueues;
   std::map<int, size_t> itsQueueStart;
