@@ -64,9 +64,11 @@ SString MetalName(const SEnclosure& polygon) {
   return type ? type->GetTypeName() : SString("Lossless");
 }
 
+} // namespace
+
 // The waiting wrappers of one merge: in order of arrival, in a grid of their boxes, and in
 // queues of equal properties, so that a group and a seed are found without a scan of all.
-class SWaitingList {
+class SCircuitPolygonOps::SWaitingList {
 public:
   struct SItem {
     std::unique_ptr<SGPCWrapper> wrapper;
@@ -138,8 +140,8 @@ public:
     for (size_t i = 1; i < heads.size(); ++i) {
       const SEnclosure& it = *Item(heads[i].second).wrapper->itsSource;
       const SEnclosure& current = *Item(best).wrapper->itsSource;
-      const int priority = SCircuitPolygonOps::ComparePriority(it, current);
-      if (priority == 1 || (priority == 0 && SCircuitPolygonOps::CompareControls(it, current) == 1))
+      const int priority = ComparePriority(it, current);
+      if (priority == 1 || (priority == 0 && CompareControls(it, current) == 1))
         best = heads[i].second;
     }
     return best;
@@ -229,7 +231,6 @@ private:
   long long itsStamp = 0;
 };
 
-} // namespace
 
 // ---- collection
 
@@ -358,82 +359,92 @@ void SCircuitPolygonOps::Exclude(SPolygonCollection& collection) {
   collection.itsInput = kept;
 }
 
+int SCircuitPolygonOps::ChooseSeed(SWaitingList& waiting) { return waiting.ChooseSeed(); }
+
 void SCircuitPolygonOps::MergeGroups(SPolygonCollection& collection) {
   SWaitingList waiting(collection.itsInput, itsEpsilon);
   while (!waiting.Empty()) {
-    // BuildGroup: the seed, then every waiting polygon that merges, pass by pass, since each
-    // union may bring further ones within reach.
-    const int seedIndex = waiting.ChooseSeed();
-    const bool seedIsPiece = waiting.Item(seedIndex).piece;
-    std::vector<std::pair<std::unique_ptr<SGPCWrapper>, bool>> group;  // wrapper, is a piece
-    std::vector<std::pair<std::unique_ptr<SGPCWrapper>, bool>> cut;
-    group.emplace_back(waiting.Take(seedIndex), seedIsPiece);
-    SEnclosure* first = group.front().first->itsSource;
-    // Whatever merges with the union merges with one of its parts, and whatever overlaps it
-    // overlaps one of them: the group grows from each member to what lies near that member,
-    // and the union is taken once at the end, which keeps the work near linear where a
-    // growing outline compared with every waiting polygon would be quadratic.
-    for (size_t next = 0; next < group.size(); ++next) {
-      const SGPCWrapper& member = *group[next].first;
-      for (int index : waiting.Near(member.GetBoundingBox())) {
-        const int relation = RelateSources(member, *waiting.Item(index).wrapper);
-        const bool piece = waiting.Item(index).piece;
-        if (relation == MergeThem)
-          group.emplace_back(waiting.Take(index), piece);
-        else if (relation == CutOther)
-          cut.emplace_back(waiting.Take(index), piece);
-      }
-    }
-    std::unique_ptr<SGPCWrapper> merged(new SGPCWrapper(itsEpsilon));
-    if (group.size() == 1) {
-      *merged = *group.front().first;
-    } else {
-      std::vector<const SGPCWrapper*> parts;
-      for (const auto& entry : group) parts.push_back(entry.first.get());
-      if (SGPCWrapper::UnionAll(parts, *merged) != SGPCWrapper::ClipDone) *merged = *group.front().first;
-    }
-    merged->itsSource = first;
-    // Trim: what is cut back loses the group's area; the pieces wait again.
-    for (auto& entry : cut) {
-      // Only the members near it take anything of it.
-      std::vector<const SGPCWrapper*> near;
-      for (const auto& member : group)
-        if (member.first->BoxesNear(*entry.first)) near.push_back(member.first.get());
-      SGPCWrapper local(itsEpsilon), rest(itsEpsilon);
-      if (SGPCWrapper::UnionAll(near, local) != SGPCWrapper::ClipDone ||
-          entry.first->Clip(SGPCWrapper::Difference, local, rest) != SGPCWrapper::ClipDone) {
-        // The clipper failed: the polygon stays as it was rather than vanish.
-        waiting.Add(std::move(entry.first), entry.second);
-        continue;
-      }
-      rest.itsSource = entry.first->itsSource;
-      if (!rest.ConnectHoles()) {
-        std::printf("There are still holes, but no way to connect could be found!\n");
-        waiting.Add(std::move(entry.first), entry.second);
-        continue;
-      }
-      for (int c = 0; c < rest.GetContourCount(); ++c) waiting.Add(std::unique_ptr<SGPCWrapper>(rest.GetContour(c)), true);
-      if (!entry.second) collection.itsRemoved.push_back(entry.first->itsSource);
-    }
+    SGroup group;
+    std::unique_ptr<SGPCWrapper> merged = BuildGroup(waiting, group);
+    Trim(waiting, group, *merged, collection);
+    SEnclosure* first = group.members.front().first->itsSource;
     const bool connected = merged->ConnectHoles();
     if (!connected) std::printf("There are still holes, but no way to connect could be found!\n");
-    if (group.size() > 1 && connected) {
-      for (auto& entry : group)
+    if (group.members.size() > 1 && connected) {
+      for (auto& entry : group.members)
         if (!entry.second) collection.itsRemoved.push_back(entry.first->itsSource);
       MakePolygons(*merged, first, collection);
-    } else if (group.size() > 1) {
+    } else if (group.members.size() > 1) {
       // A merge that can't be written as plain outlines leaves its polygons as they were.
-      for (auto& entry : group) {
+      for (auto& entry : group.members) {
         if (entry.second)
           MakePolygons(*entry.first, entry.first->itsSource, collection);
         else
           collection.itsUnchanged.push_back(entry.first->itsSource);
       }
-    } else if (group.front().second) {
-      MakePolygons(*group.front().first, first, collection);
+    } else if (group.members.front().second) {
+      MakePolygons(*group.members.front().first, first, collection);
     } else {
       collection.itsUnchanged.push_back(first);
     }
+  }
+}
+
+std::unique_ptr<SGPCWrapper> SCircuitPolygonOps::BuildGroup(SWaitingList& waiting, SGroup& group) {
+  const int seedIndex = ChooseSeed(waiting);
+  const bool seedIsPiece = waiting.Item(seedIndex).piece;
+  group.members.emplace_back(waiting.Take(seedIndex), seedIsPiece);
+  // Whatever merges with the union merges with one of its parts, and whatever overlaps it
+  // overlaps one of them: the group grows from each member to what lies near that member,
+  // and the union is taken once at the end, which keeps the work near linear where a
+  // growing outline compared with every waiting polygon would be quadratic.
+  for (size_t next = 0; next < group.members.size(); ++next) {
+    const SGPCWrapper& member = *group.members[next].first;
+    for (int index : waiting.Near(member.GetBoundingBox())) {
+      const int relation = Relate(member, *waiting.Item(index).wrapper);
+      const bool piece = waiting.Item(index).piece;
+      if (relation == MergeThem)
+        group.members.emplace_back(waiting.Take(index), piece);
+      else if (relation == CutOther)
+        group.cut.emplace_back(waiting.Take(index), piece);
+    }
+  }
+  std::unique_ptr<SGPCWrapper> merged(new SGPCWrapper(itsEpsilon));
+  if (group.members.size() == 1) {
+    *merged = *group.members.front().first;
+  } else {
+    std::vector<const SGPCWrapper*> parts;
+    for (const auto& entry : group.members) parts.push_back(entry.first.get());
+    if (SGPCWrapper::UnionAll(parts, *merged) != SGPCWrapper::ClipDone) *merged = *group.members.front().first;
+  }
+  merged->itsSource = group.members.front().first->itsSource;
+  return merged;
+}
+
+void SCircuitPolygonOps::Trim(SWaitingList& waiting, SGroup& group, const SGPCWrapper&,
+                              SPolygonCollection& collection) {
+  // What is cut back loses the group's area; the pieces wait again.
+  for (auto& entry : group.cut) {
+    // Only the members near it take anything of it.
+    std::vector<const SGPCWrapper*> near;
+    for (const auto& member : group.members)
+      if (member.first->BoxesNear(*entry.first)) near.push_back(member.first.get());
+    SGPCWrapper local(itsEpsilon), rest(itsEpsilon);
+    if (SGPCWrapper::UnionAll(near, local) != SGPCWrapper::ClipDone ||
+        entry.first->Clip(SGPCWrapper::Difference, local, rest) != SGPCWrapper::ClipDone) {
+      // The clipper failed: the polygon stays as it was rather than vanish.
+      waiting.Add(std::move(entry.first), entry.second);
+      continue;
+    }
+    rest.itsSource = entry.first->itsSource;
+    if (!rest.ConnectHoles()) {
+      std::printf("There are still holes, but no way to connect could be found!\n");
+      waiting.Add(std::move(entry.first), entry.second);
+      continue;
+    }
+    for (int c = 0; c < rest.GetContourCount(); ++c)
+      waiting.Add(std::unique_ptr<SGPCWrapper>(rest.GetContour(c)), true);
+    if (!entry.second) collection.itsRemoved.push_back(entry.first->itsSource);
   }
 }
 
@@ -544,7 +555,7 @@ int SCircuitPolygonOps::CompareControls(const SEnclosure& a, const SEnclosure& b
   return 2;
 }
 
-int SCircuitPolygonOps::RelateSources(const SGPCWrapper& merged, const SGPCWrapper& other) {
+int SCircuitPolygonOps::Relate(const SGPCWrapper& merged, const SGPCWrapper& other) {
   const int relation = merged.Relation(other);
   if (relation == SGPCWrapper::Apart) return LeaveThem;
   const SEnclosure& a = *merged.itsSource;

@@ -2,6 +2,7 @@
 #define SCIRCUITPOLYGONOPS_H
 
 #include "SCollectable.h"
+#include "SGPCWrapper.h"
 
 #include <memory>
 #include <vector>
@@ -63,14 +64,29 @@ public:
   static int CompareControls(const SEnclosure& a, const SEnclosure& b);
   // Merge, cut or leave, for the source polygons of two wrappers.
   enum Relate { MergeThem = 0, CutOther = 1, LeaveThem = 2 };
-  static int RelateSources(const SGPCWrapper& merged, const SGPCWrapper& other);
+  static int Relate(const SGPCWrapper& merged, const SGPCWrapper& other);
   // The polygon's resistance as the ranking uses it (metal), or its permittivity (brick).
   static double Rank(const SEnclosure& polygon);
 
   const std::vector<std::unique_ptr<SPolygonCollection>>& GetResults() const { return itsResults; }
 
 private:
+  // The waiting polygons of one merge (defined with the operations).
+  class SWaitingList;
+  // A group being built: its members and the polygons it cuts back, each with whether it is
+  // a piece of a cut polygon rather than a whole source polygon.
+  struct SGroup {
+    std::vector<std::pair<std::unique_ptr<SGPCWrapper>, bool>> members;
+    std::vector<std::pair<std::unique_ptr<SGPCWrapper>, bool>> cut;
+  };
+
   void Merge(SPolygonCollection& collection);
+  // The best waiting polygon, which a group is built round.
+  int ChooseSeed(SWaitingList& waiting);
+  // The seed and every waiting polygon that merges with the group; the union of them.
+  std::unique_ptr<SGPCWrapper> BuildGroup(SWaitingList& waiting, SGroup& group);
+  // The polygons the group cuts back lose its area; their pieces wait again.
+  void Trim(SWaitingList& waiting, SGroup& group, const SGPCWrapper& merged, SPolygonCollection& collection);
   void Exclude(SPolygonCollection& collection);
   void MergeGroups(SPolygonCollection& collection);
   void MakePolygons(const SGPCWrapper& merged, SEnclosure* source, SPolygonCollection& collection);
