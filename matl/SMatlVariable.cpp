@@ -64,10 +64,19 @@ bool SMatlVariable::Read(SCommentedFile& file) {
   value = WithoutBlanks(value);
   // A name must come back as it was when written in quotes: no quote, comment or blank in it.
   if (SMatlUtil::HasIllegalCharacter(SString(name)) || name.contains(';') ||
-      std::any_of(name.begin(), name.end(), [](QChar c) { return c.isSpace(); })) {
+      std::any_of(name.begin(), name.end(), [](QChar c) { return c.isSpace() || c.unicode() < 0x20; })) {
     SMatlReporting::Instance().ReportError(SString::format(
         "%s, line %lld: \"%s\": a variable name can't hold a blank or any of ! & = \" ;.", fileName.data(), itsLine,
         file.CurrentLine().data()));
+    return false;
+  }
+  // The value is written as it stands: a comment mark, an unmatched quote or a control
+  // character in it would read back as something else.
+  if (value.contains(';') || value.count('"') % 2 != 0 ||
+      std::any_of(value.begin(), value.end(), [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7f; })) {
+    SMatlReporting::Instance().ReportError(SString::format(
+        "%s, line %lld: \"%s\": a variable value can't hold a ; a control character or an unmatched quote.",
+        fileName.data(), itsLine, file.CurrentLine().data()));
     return false;
   }
   if (name.isEmpty() || value.isEmpty()) {

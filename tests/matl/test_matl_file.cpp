@@ -261,3 +261,24 @@ TEST_F(MatlFile, GroundIsTheLastLevelWhereverTheLineStands) {
   ASSERT_TRUE(again.Read(SString(Path("g2.matl")))) << Reports();
   EXPECT_TRUE(again.IsSameContent(matl));
 }
+
+TEST_F(MatlFile, VariablesThatCouldNotBeWrittenBackAreRefused) {
+  for (const char* line : {"VAR \"a b\" = 1", "VAR a\"b = 1", "VAR a = b\"c"}) {
+    SCOPED_TRACE(line);
+    ClearReports();
+    WriteFile("v.matl", std::string(line) + "\nDIEL 1 1 1 0 0 0 A\n");
+    SMatl matl;
+    EXPECT_FALSE(matl.Read(SString(Path("v.matl"))));
+    // An open quote runs on into the next line, as in every token file: the line named is
+    // where the logical line ends.
+    EXPECT_TRUE(LastText(SMatlReporting::Error).contains("v.matl, line ")) << Reports();
+  }
+  // A number keeps every digit it needs to read back the same.
+  WriteFile("n.matl", "VAR big = 1555555555555555555555555555555555555555555555555555555555555\nDIEL 1 1 1 0 0 0 A\n");
+  SMatl matl;
+  ASSERT_TRUE(matl.Read(SString(Path("n.matl")))) << Reports();
+  ASSERT_TRUE(matl.Write(SString(Path("n2.matl"))));
+  SMatl again;
+  ASSERT_TRUE(again.Read(SString(Path("n2.matl")))) << Reports();
+  EXPECT_TRUE(again.IsSameContent(matl));
+}

@@ -167,7 +167,13 @@ void SXMLElement::Write(QTextStream& out) const {
   if (itsNewlineAfterStart) out << '\n';
   for (SCollectable* child : itsChildren) static_cast<const SXMLElement*>(child)->Write(out);
   out << itsLinesBeforeEnd.qstring();
-  if (indented && !itsSingleLine) out << itsText.qstring();
+  // Data that ends within its line already holds what stands before the end tag: the blanks
+  // in front of the tag added again would grow with every read and write.
+  const SXMLElement* last =
+      itsChildren.entries() > 0 ? static_cast<const SXMLElement*>(itsChildren.last()) : nullptr;
+  const bool dataBeforeEnd = last && last->itsKind == DATA && itsLinesBeforeEnd.isEmpty() &&
+                             !last->itsText.endsWith("\n");
+  if (indented && !itsSingleLine && !dataBeforeEnd) out << itsText.qstring();
   out << "</" << qstring() << '>';
   if (itsNewlineAfterEnd) out << '\n';
 }
