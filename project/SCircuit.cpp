@@ -154,11 +154,20 @@ template <class Visit> void WalkShapes(const SBaseEnclosure* root, bool recursiv
 }
 }  // namespace
 
+namespace {
+void CollectShapes(const SLevel* level, bool recursive, int kind, std::vector<SEnclosure*>& list) {
+  WalkShapes(level, recursive, [&](const SBaseEnclosure* node) {
+    if (KindMatches(node, kind)) list.push_back(const_cast<SEnclosure*>(static_cast<const SEnclosure*>(node)));
+  });
+}
+}  // namespace
+
 void SCircuit::CollectPolygons(std::vector<SEnclosure*>& list, int kind, bool recursive) const {
-  for (const SLevel* level : itsLevels)
-    WalkShapes(level, recursive, [&](const SBaseEnclosure* node) {
-      if (KindMatches(node, kind)) list.push_back(const_cast<SEnclosure*>(static_cast<const SEnclosure*>(node)));
-    });
+  for (const SLevel* level : itsLevels) CollectShapes(level, recursive, kind, list);
+}
+
+void SCircuit::CollectLevelPolygons(int level, std::vector<SEnclosure*>& list, int kind) const {
+  if (const SLevel* found = GetLevel(level)) CollectShapes(found, true, kind, list);
 }
 
 long long SCircuit::CountPolygons() const {

@@ -128,6 +128,8 @@ public:
 
   // Depth first over the levels and their groups, level by level.
   void CollectPolygons(std::vector<SEnclosure*>& list, int kind = AnyPolygon, bool recursive = true) const;
+  // The same for one level.
+  void CollectLevelPolygons(int level, std::vector<SEnclosure*>& list, int kind = AnyPolygon) const;
   long long CountPolygons() const;
   // In one walk: the polygons that carry children (ports, edge vias), each with its ordinal
   // among all polygons from 1; answers the number of polygons.

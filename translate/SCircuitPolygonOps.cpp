@@ -298,24 +298,7 @@ bool SCircuitPolygonOps::MergeAll() {
 
 SPolygonCollection* SCircuitPolygonOps::MergeLevel(int level, bool commit) {
   std::vector<SEnclosure*> list;
-  SCircuit* circuit = itsProject->GetCircuit();
-  if (SLevel* found = circuit->GetLevel(level)) {
-    // The level's own polygons, also those in groups below it.
-    std::vector<std::pair<const SBaseEnclosure*, size_t>> stack{{found, 0}};
-    while (!stack.empty()) {
-      auto& top = stack.back();
-      if (top.second >= top.first->GetNumberOfChildren()) {
-        stack.pop_back();
-        continue;
-      }
-      SBaseEnclosure* child = const_cast<SBaseEnclosure*>(top.first->GetChild(top.second++));
-      const ClassID id = child->isA();
-      if (id == SID_OBJECTENCLOSURE)
-        stack.emplace_back(child, 0);
-      else if (id == SID_METALPOLYGON || id == SID_VIAPOLYGON || id == SID_BRICKPOLYGON)
-        list.push_back(static_cast<SEnclosure*>(child));
-    }
-  }
+  itsProject->GetCircuit()->CollectLevelPolygons(level, list);
   return MergeList(list, level, commit);
 }
 
