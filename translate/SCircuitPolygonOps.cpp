@@ -201,7 +201,6 @@ private:
   // Equal properties: the type, the technology layer and the controls.
   int KindOf(const SEnclosure& polygon) {
     const SShapeData& shape = DataOf(polygon);
-    SString name = IsBrick(polygon) ? SString("brick") : MetalName(polygon);
     const void* type = IsBrick(polygon) ? static_cast<const void*>(static_cast<const SBrickPolygon&>(polygon).GetType())
                                         : static_cast<const void*>(static_cast<const SMetalPolygon&>(polygon).GetType());
     for (size_t i = 0; i < itsKinds.size(); ++i) {
@@ -212,7 +211,6 @@ private:
                          : static_cast<const void*>(static_cast<const SMetalPolygon&>(other).GetType());
       if (otherType == type && EqualControls(DataOf(other), shape)) return static_cast<int>(i);
     }
-    (void)name;
     itsKinds.push_back(&polygon);
     return static_cast<int>(itsKinds.size() - 1);
   }
