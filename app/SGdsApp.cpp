@@ -407,10 +407,6 @@ bool SGdsApp::UpdateProject()
     if (circuit->GetNumberOfLevels() < int(highest) + 2)
         circuit->SetNumberOfLevels(int(highest) + 2);
 
-    itsPolygonList->itsKeepBox = itsOptions.itsKeepBox;
-    itsPolygonList->itsMinSizeMode = itsOptions.itsMinSizeMode;
-    itsPolygonList->itsMinWidth = itsOptions.itsMinWidth;
-    itsPolygonList->itsMinHeight = itsOptions.itsMinHeight;
     itsPolygonList->itsMakeTechLayers = itsOptions.itsMakeTechLayers;
     project.itsFollowTechLayers = itsOptions.itsCircuitMode;
     project.itsSimpleVias = itsOptions.itsSimpleVias;
@@ -499,6 +495,11 @@ bool SGdsApp::ExpandStructure()
         return false;
     }
     itsPolygonList->itsConversionFactor = itsConversionFactor;
+    // Before the walk: the filters decide how points are placed.
+    itsPolygonList->itsKeepBox = itsOptions.itsKeepBox;
+    itsPolygonList->itsMinSizeMode = itsOptions.itsMinSizeMode;
+    itsPolygonList->itsMinWidth = itsOptions.itsMinWidth;
+    itsPolygonList->itsMinHeight = itsOptions.itsMinHeight;
     return ::ExpandStructure(*itsStructureList, *itsPolygonList, itsStructureName);
 }
 

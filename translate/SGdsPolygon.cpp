@@ -209,10 +209,17 @@ bool SGdsPolygon::IsFirstPointInside(const SRect& rect) const
 
 void SGdsPolygon::AddPoint(SGdsPolygonList& list, const SPoint& point, bool transform)
 {
-    SPoint placed = transform ? list.itsTransforms.Transform(point) : point;
-    placed *= list.itsConversionFactor;
-    list.AppendPoint(*this, placed);
     SGdsDebug& debug = GdsDebug();
+    SPoint placed;
+    // The filters and the trace see points before rounding, where only the
+    // polar turns give what they always have.
+    if (transform && !list.FiltersPoints() && debug.GetLevel() == 0) {
+        placed = list.itsTransforms.PlaceScaled(point, list.itsConversionFactor);
+    } else {
+        placed = transform ? list.itsTransforms.Transform(point) : point;
+        placed *= list.itsConversionFactor;
+    }
+    list.AppendPoint(*this, placed);
     if (debug.GetLevel() > 4)
         debug.Print("  (%g, %g) -> (%g, %g)\n", point.x(), point.y(), placed.x(), placed.y());
 }
@@ -260,34 +267,57 @@ void SGdsPolygon::RoundPoints()
     }
 }
 
+namespace {
+
+// The magnitude times the power of ten that puts six digits before the point,
+// and that power; false for magnitudes past the exact powers.
+bool ScaleToSixDigits(double magnitude, double& scaled, int& shift)
+{
+    if (!(magnitude >= 1e-16 && magnitude < 1e21))
+        return false;
+    int binaryExponent;
+    std::frexp(magnitude, &binaryExponent);
+    // Never above floor(log10(magnitude)), and at most one below it.
+    int exponent = int(std::floor((binaryExponent - 1) * 0.30102999566398114));
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        shift = 5 - exponent;
+        scaled = shift >= 0 ? magnitude * kPowersOfTen[shift] : magnitude / kPowersOfTen[-shift];
+        if (scaled < 1e6)
+            break;
+        ++exponent;
+    }
+    return true;
+}
+
+} // namespace
+
 // The value that "%g" prints, read back, without the text: scale to six
 // digits before the point with an exact power of ten, round, scale back. The
 // scaled value carries an error below 1e-10, so only values within 1e-7 of a
 // rounding tie, and magnitudes past the exact powers, take the text road.
 double SGdsPolygon::RoundToSixDigits(double value)
 {
-    double magnitude = std::fabs(value);
-    if (!(magnitude >= 1e-16 && magnitude < 1e21))
+    double scaled;
+    int shift;
+    if (!ScaleToSixDigits(std::fabs(value), scaled, shift))
         return std::isfinite(value) && value != 0.0 ? RoundThroughText(value) : value;
-    int binaryExponent;
-    std::frexp(magnitude, &binaryExponent);
-    // Never above floor(log10(magnitude)), and at most one below it.
-    int exponent = int(std::floor((binaryExponent - 1) * 0.30102999566398114));
-    double scaled = 0.0;
-    for (int attempt = 0; attempt < 2; ++attempt) {
-        int shift = 5 - exponent;
-        scaled = shift >= 0 ? magnitude * kPowersOfTen[shift] : magnitude / kPowersOfTen[-shift];
-        if (scaled < 1e6)
-            break;
-        ++exponent;
-    }
     double whole = std::floor(scaled);
     double fraction = scaled - whole;
     if (std::fabs(fraction - 0.5) < 1e-7)
         return RoundThroughText(value);
     if (fraction > 0.5)
         whole += 1.0;
-    int shift = 5 - exponent;
     double rounded = shift >= 0 ? whole / kPowersOfTen[shift] : whole * kPowersOfTen[-shift];
     return value < 0 ? -rounded : rounded;
+}
+
+bool SGdsPolygon::NearSixDigitTie(double value, double margin)
+{
+    double magnitude = std::fabs(value);
+    double scaled;
+    int shift;
+    if (magnitude <= margin || !ScaleToSixDigits(magnitude, scaled, shift))
+        return true;
+    double scaledMargin = shift >= 0 ? margin * kPowersOfTen[shift] : margin / kPowersOfTen[-shift];
+    return std::fabs(scaled - std::floor(scaled) - 0.5) < 2e-7 + scaledMargin;
 }

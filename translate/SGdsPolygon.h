@@ -61,6 +61,9 @@ public:
     // and reading back would.
     void RoundPoints();
     static double RoundToSixDigits(double value);
+    // True when a value within `margin` of this one might round to six digits
+    // otherwise, or to nothing at all: one of them lies near a tie, or near zero.
+    static bool NearSixDigitTie(double value, double margin);
 
     // The number the last polygon made took; 0 before the first.
     static int64_t GetLastId();

@@ -96,6 +96,8 @@ public:
     double itsMinHeight = 0.0;
     // -e clears it; the "MakeTechLayers" setting of section "Gds" can veto it.
     bool itsMakeTechLayers = true;
+    // Whether a filter looks at the points before they are rounded.
+    bool FiltersPoints() const { return itsMinSizeMode != 0 || !itsKeepBox.isEmpty(); }
 
 private:
     static const size_t kBlockSize = 4096;

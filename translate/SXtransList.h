@@ -14,14 +14,23 @@ class SXtrans;
 class SXtransList
 {
 public:
-    void Push(SXtrans* transform) { itsEntries.push_back(transform); }
+    void Push(SXtrans* transform)
+    {
+        itsEntries.push_back(transform);
+        itsComposed = false;
+    }
     // Nothing on an empty list.
     void Pop()
     {
         if (!itsEntries.empty())
             itsEntries.pop_back();
+        itsComposed = false;
     }
-    void Clear() { itsEntries.clear(); }
+    void Clear()
+    {
+        itsEntries.clear();
+        itsComposed = false;
+    }
     size_t Entries() const { return itsEntries.size(); }
     SXtrans* At(size_t i) const { return itsEntries[i]; }
 
@@ -32,8 +41,17 @@ public:
     // The magnification a path width sees: the product from the innermost
     // entry outwards, up to and including the first absolute one.
     double GetMagnification() const;
+    // Transform, then times `factor`, rounding to six digits exactly as that
+    // would. The whole list is composed into one matrix once per placement
+    // (right angles and unit magnifications exactly), and a point whose result
+    // lies too near a rounding tie, or zero, for the polar turns' last-place
+    // errors to be ruled out takes the polar road.
+    SPoint PlaceScaled(const SPoint& point, double factor) const;
 
 private:
+    // Fills the matrix, or finds that absolute flags forbid one.
+    void Compose() const;
+
     // One entry's placement of a point. The polar turn costs an arc tangent,
     // a root, a sine and a cosine, and in arrays and repeated references the
     // same points meet the same rotation again and again, so turned points
@@ -52,6 +70,15 @@ private:
     mutable unsigned itsLookups = 0;
     mutable unsigned itsHits = 0;
     mutable unsigned itsBypass = 0;
+
+    // placed = itsMatrix * point + itsShift, within itsErrorScale * |point| +
+    // itsErrorBase of what Transform gives.
+    mutable bool itsComposed = false;
+    mutable bool itsComposable = false;
+    mutable double itsMatrix[4] = {1.0, 0.0, 0.0, 1.0};
+    mutable double itsShift[2] = {0.0, 0.0};
+    mutable double itsErrorScale = 0.0;
+    mutable double itsErrorBase = 0.0;
 };
 
 #endif

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "SGdsElement.h"
+#include "SGdsPolygon.h"
 #include "SGdsStructure.h"
 #include "SXtrans.h"
 #include "SXtransList.h"
@@ -128,6 +129,86 @@ TEST(XtransList, RepeatedPlacementsGiveTheSameBitsAsEachTransformInTurn)
             ASSERT_TRUE(placed.exactlyEqual(expected) && std::signbit(placed.x()) == std::signbit(expected.x()));
         }
     }
+}
+
+// The composed placement must round to six digits exactly as the polar turns
+// do, ties and zeros included, while taking the short road where it can.
+TEST(XtransList, ComposedPlacementRoundsAsTheTurnsDo)
+{
+    std::mt19937 random(11);
+    const double angles[] = {0, 90, 180, 270, -90, 450, 30, 45, 12.5};
+    const double magnifications[] = {1, 1, 0.5, 2, 3.7};
+    const double factors[] = {1, 1, 1e-3, 1e3, 0.3048};
+    std::uniform_int_distribution<int> pick(0, 1000);
+    // Seven-digit values on a 0.005 grid: about one in ten lies on a six-digit tie.
+    std::uniform_int_distribution<long> grid(-400000, 400000);
+    std::vector<SXtrans> entries(3);
+    int exact = 0, inexactTurns = 0;
+    for (int round = 0; round < 300; ++round) {
+        SXtransList list;
+        const size_t depth = 1 + size_t(pick(random)) % entries.size();
+        for (size_t k = 0; k < depth; ++k) {
+            SXtrans& entry = entries[k];
+            entry = SXtrans();
+            entry.itsAngle = angles[size_t(pick(random)) % 9];
+            entry.itsMagnification = magnifications[size_t(pick(random)) % 5];
+            entry.itsReflection = pick(random) % 2 == 1;
+            entry.itsTranslation = SPoint(grid(random) * 0.005, grid(random) * 0.005);
+            if (pick(random) % 3 == 0)
+                entry.itsPreOffset = SPoint(grid(random) * 0.005, grid(random) * 0.005);
+            list.Push(&entry);
+        }
+        const double factor = factors[size_t(pick(random)) % 5];
+        for (int i = 0; i < 200; ++i) {
+            SPoint p(grid(random) * 0.005, grid(random) * 0.005);
+            if (i % 50 == 0)
+                p = SPoint(0.0, p.y());
+            SPoint slow = list.Transform(p);
+            slow *= factor;
+            const SPoint fast = list.PlaceScaled(p, factor);
+            ASSERT_EQ(SGdsPolygon::RoundToSixDigits(fast.x()), SGdsPolygon::RoundToSixDigits(slow.x()))
+                << "round " << round << " point " << p.x() << "," << p.y() << " slow " << slow.x() << " fast "
+                << fast.x();
+            ASSERT_EQ(SGdsPolygon::RoundToSixDigits(fast.y()), SGdsPolygon::RoundToSixDigits(slow.y()));
+        }
+    }
+    // Right angles at unit size: the short road gives the exact sum, where the turns miss it.
+    SXtrans turn;
+    turn.itsAngle = 90;
+    turn.itsTranslation = SPoint(10.25, 20.5);
+    SXtransList list;
+    list.Push(&turn);
+    for (int i = 1; i <= 100; ++i) {
+        const SPoint p(i * 0.125, i * 0.375);
+        const SPoint fast = list.PlaceScaled(p, 1.0);
+        const SPoint slow = list.Transform(p);
+        exact += fast.x() == 10.25 - p.y() && fast.y() == 20.5 + p.x();
+        inexactTurns += !(slow.x() == 10.25 - p.y() && slow.y() == 20.5 + p.x());
+    }
+    EXPECT_EQ(exact, 100);
+    EXPECT_GT(inexactTurns, 0);
+    // An absolute angle can't be composed: the turns place every point.
+    turn.itsAbsoluteAngle = true;
+    SXtrans outer;
+    outer.itsAngle = 30;
+    SXtransList nested;
+    nested.Push(&outer);
+    nested.Push(&turn);
+    const SPoint p(3.5, -1.25);
+    EXPECT_TRUE(nested.PlaceScaled(p, 1.0).exactlyEqual(nested.Transform(p)));
+}
+
+TEST(PolygonRounding, TiesAndZeroAreNearAndSixDigitValuesAreNot)
+{
+    EXPECT_TRUE(SGdsPolygon::NearSixDigitTie(1234.565, 0.0));
+    EXPECT_TRUE(SGdsPolygon::NearSixDigitTie(-0.0012345650000001, 0.0));
+    EXPECT_TRUE(SGdsPolygon::NearSixDigitTie(0.0, 1e-12));
+    EXPECT_TRUE(SGdsPolygon::NearSixDigitTie(3e-14, 1e-12));
+    EXPECT_TRUE(SGdsPolygon::NearSixDigitTie(556.2305004, 1e-6));
+    EXPECT_FALSE(SGdsPolygon::NearSixDigitTie(556.23, 1e-10));
+    EXPECT_FALSE(SGdsPolygon::NearSixDigitTie(-410.35375, 1e-10));
+    EXPECT_FALSE(SGdsPolygon::NearSixDigitTie(1234.566, 1e-10));
+    EXPECT_FALSE(SGdsPolygon::NearSixDigitTie(556.2305004, 1e-8));
 }
 
 TEST(Expand, NestedAbsolutePlacementAndTheConversionFactor)
