@@ -90,29 +90,37 @@ constexpr double kPow10D[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 
 // microns). When the double is the nearest one to r / 10^k with r of at most `digits`
 // digits, that decimal is exactly what rounding to `digits` places gives. The smallest
 // such k has no trailing zero. 0 when this doesn't apply.
+//
+// One scaling by the largest k that keeps r within `digits` digits tells it for every
+// smaller k too: if r / 10^k gives the double, so does r 10^j / 10^(k+j), and the scaled
+// value misses r 10^j by far less than a half, so rounding finds it.
 int ShortDecimal(bool negative, double magnitude, int digits, char* buffer) {
   if (magnitude < 1e-4 || digits > 15) return 0;
-  const int maxDecimals = digits < 15 ? digits : 15;
-  for (int k = 1; k <= maxDecimals; ++k) {
-    const double scaled = magnitude * kPow10D[k];
-    if (scaled >= static_cast<double>(kPow10[digits])) return 0;
-    const double rounded = std::nearbyint(scaled);
-    if (rounded / kPow10D[k] != magnitude) continue;
-    const uint64_t r = static_cast<uint64_t>(rounded);
-    const uint64_t whole = r / kPow10[k];
-    uint64_t fraction = r % kPow10[k];
-    char* p = buffer;
-    if (negative) *p++ = '-';
-    p += WriteDigits(whole, p);
-    *p++ = '.';
-    char* end = p + k;
-    for (char* q = end; q-- > p;) {
-      *q = static_cast<char>('0' + fraction % 10);
-      fraction /= 10;
-    }
-    return static_cast<int>(end - buffer);
+  int wholeDigits = 0;
+  while (wholeDigits < 16 && magnitude >= kPow10D[wholeDigits]) ++wholeDigits;
+  const int k = digits - wholeDigits;
+  if (k < 1) return 0;
+  const double rounded = std::nearbyint(magnitude * kPow10D[k]);
+  if (rounded / kPow10D[k] != magnitude || rounded >= static_cast<double>(kPow10[digits])) return 0;
+  const uint64_t r = static_cast<uint64_t>(rounded);
+  const uint64_t whole = r / kPow10[k];
+  uint64_t fraction = r % kPow10[k];
+  if (fraction == 0) return 0;
+  int places = k;
+  while (fraction % 10 == 0) {
+    fraction /= 10;
+    --places;
   }
-  return 0;
+  char* p = buffer;
+  if (negative) *p++ = '-';
+  p += WriteDigits(whole, p);
+  *p++ = '.';
+  char* end = p + places;
+  for (char* q = end; q-- > p;) {
+    *q = static_cast<char>('0' + fraction % 10);
+    fraction /= 10;
+  }
+  return static_cast<int>(end - buffer);
 }
 
 int Exact(double value, int digits, char* buffer) {
