@@ -36,7 +36,7 @@ double RoundThroughText(double value)
 } // namespace
 
 SGdsPolygon::SGdsPolygon()
-    : gdspolyid(++theLastId)
+    : gdspolyid(++theLastId), itsPointCapacity(0), itsRounded(1)
 {
 }
 
@@ -185,6 +185,7 @@ uint64_t SGdsPolygon::GetMaxLevel(const SGdsLayerFile& layerFile, SOrdered& scra
 
 void SGdsPolygon::Translate(const SPoint& delta)
 {
+    itsRounded = 0;
     for (uint32_t i = 0; i < itsPointCount; ++i)
         itsPoints[i] += delta;
 }
@@ -214,10 +215,11 @@ void SGdsPolygon::AddPoint(SGdsPolygonList& list, const SPoint& point, bool tran
     // The filters and the trace see points before rounding, where only the
     // polar turns give what they always have.
     if (transform && !list.FiltersPoints() && debug.GetLevel() == 0) {
-        placed = list.itsTransforms.PlaceScaled(point, list.itsConversionFactor);
+        placed = list.itsTransforms.PlaceRounded(point, list.itsConversionFactor);
     } else {
         placed = transform ? list.itsTransforms.Transform(point) : point;
         placed *= list.itsConversionFactor;
+        itsRounded = 0;
     }
     list.AppendPoint(*this, placed);
     if (debug.GetLevel() > 4)
@@ -242,6 +244,9 @@ SRect SGdsPolygon::GetBoundingBox() const
 
 void SGdsPolygon::RoundPoints()
 {
+    if (itsRounded)
+        return;
+    itsRounded = 1;
     // Manhattan outlines repeat each coordinate of the previous point but one, and the
     // last point repeats the first: a value equal to the last one seen in its axis
     // takes the last result. Compared by bits, so that -0 stays -0.
@@ -311,13 +316,22 @@ double SGdsPolygon::RoundToSixDigits(double value)
     return value < 0 ? -rounded : rounded;
 }
 
-bool SGdsPolygon::NearSixDigitTie(double value, double margin)
+bool SGdsPolygon::RoundAwayFromTie(double value, double margin, double& rounded)
 {
     double magnitude = std::fabs(value);
     double scaled;
     int shift;
     if (magnitude <= margin || !ScaleToSixDigits(magnitude, scaled, shift))
-        return true;
+        return false;
     double scaledMargin = shift >= 0 ? margin * kPowersOfTen[shift] : margin / kPowersOfTen[-shift];
-    return std::fabs(scaled - std::floor(scaled) - 0.5) < 2e-7 + scaledMargin;
+    double whole = std::floor(scaled);
+    double fraction = scaled - whole;
+    if (std::fabs(fraction - 0.5) < 2e-7 + scaledMargin)
+        return false;
+    if (fraction > 0.5)
+        whole += 1.0;
+    rounded = shift >= 0 ? whole / kPowersOfTen[shift] : whole * kPowersOfTen[-shift];
+    if (value < 0)
+        rounded = -rounded;
+    return true;
 }

@@ -61,9 +61,9 @@ public:
     // and reading back would.
     void RoundPoints();
     static double RoundToSixDigits(double value);
-    // True when a value within `margin` of this one might round to six digits
-    // otherwise, or to nothing at all: one of them lies near a tie, or near zero.
-    static bool NearSixDigitTie(double value, double margin);
+    // The value rounded as RoundToSixDigits does, when every value within
+    // `margin` of it rounds the same; false near a tie or near zero.
+    static bool RoundAwayFromTie(double value, double margin, double& rounded);
 
     // The number the last polygon made took; 0 before the first.
     static int64_t GetLastId();
@@ -81,7 +81,9 @@ private:
 
     SPoint* itsPoints = nullptr;
     uint32_t itsPointCount = 0;
-    uint32_t itsPointCapacity = 0;
+    uint32_t itsPointCapacity : 31;
+    // Every point placed already rounded, so that RoundPoints has nothing to do.
+    uint32_t itsRounded : 1;
 };
 
 #endif

@@ -121,7 +121,7 @@ SRect SGdsPolygonList::GetBoundingBox() const
 // place; any other one moves to the end, leaving its old room unused.
 void SGdsPolygonList::GrowPoints(SGdsPolygon& polygon, size_t capacity)
 {
-    if (capacity > UINT32_MAX || capacity > SIZE_MAX / sizeof(SPoint))
+    if (capacity > INT32_MAX || capacity > SIZE_MAX / sizeof(SPoint))
         MemoryFailure();
     if (polygon.itsPoints) {
         size_t extra = (capacity - polygon.itsPointCapacity) * sizeof(SPoint);
@@ -184,6 +184,7 @@ void SGdsPolygonList::CopyIn(const SGdsPolygon& polygon)
     copy->gdspolyid = polygon.gdspolyid;
     copy->itsLayer = polygon.itsLayer;
     copy->itsDatatype = polygon.itsDatatype;
+    copy->itsRounded = polygon.itsRounded;
     ReservePoints(*copy, polygon.itsPointCount);
     for (const SPoint& point : polygon)
         AppendPoint(*copy, point);

@@ -180,19 +180,22 @@ void SXtransList::Compose() const
     itsErrorBase = errorBase;
 }
 
-SPoint SXtransList::PlaceScaled(const SPoint& point, double factor) const
+SPoint SXtransList::PlaceRounded(const SPoint& point, double factor) const
 {
     if (!itsComposed)
         Compose();
+    double x = 0.0, y = 0.0;
     if (itsComposable) {
-        const double x = point.x(), y = point.y();
-        const SPoint placed((itsMatrix[0] * x + itsMatrix[1] * y + itsShift[0]) * factor,
-                            (itsMatrix[2] * x + itsMatrix[3] * y + itsShift[1]) * factor);
-        const double margin = (itsErrorScale * std::fmax(std::fabs(x), std::fabs(y)) + itsErrorBase) * std::fabs(factor);
-        if (!SGdsPolygon::NearSixDigitTie(placed.x(), margin) && !SGdsPolygon::NearSixDigitTie(placed.y(), margin))
-            return placed;
+        const double px = point.x(), py = point.y();
+        const double margin =
+            (itsErrorScale * std::fmax(std::fabs(px), std::fabs(py)) + itsErrorBase) * std::fabs(factor);
+        if (SGdsPolygon::RoundAwayFromTie((itsMatrix[0] * px + itsMatrix[1] * py + itsShift[0]) * factor, margin, x) &&
+            SGdsPolygon::RoundAwayFromTie((itsMatrix[2] * px + itsMatrix[3] * py + itsShift[1]) * factor, margin, y)) {
+            ++itsComposedPlacements;
+            return SPoint(x, y);
+        }
     }
     SPoint placed = Transform(point);
     placed *= factor;
-    return placed;
+    return SPoint(SGdsPolygon::RoundToSixDigits(placed.x()), SGdsPolygon::RoundToSixDigits(placed.y()));
 }

@@ -41,12 +41,15 @@ public:
     // The magnification a path width sees: the product from the innermost
     // entry outwards, up to and including the first absolute one.
     double GetMagnification() const;
-    // Transform, then times `factor`, rounding to six digits exactly as that
+    // Transform, then times `factor`, rounded to six digits, exactly as that
     // would. The whole list is composed into one matrix once per placement
-    // (right angles and unit magnifications exactly), and a point whose result
-    // lies too near a rounding tie, or zero, for the polar turns' last-place
-    // errors to be ruled out takes the polar road.
-    SPoint PlaceScaled(const SPoint& point, double factor) const;
+    // (right angles and unit magnifications exactly), and a coordinate too near
+    // a rounding tie, or zero, for the polar turns' last-place errors to be
+    // ruled out takes the polar road. An entry changed while on the list must
+    // be pushed again.
+    SPoint PlaceRounded(const SPoint& point, double factor) const;
+    // Points that PlaceRounded placed through the matrix.
+    size_t GetComposedPlacements() const { return itsComposedPlacements; }
 
 private:
     // Fills the matrix, or finds that absolute flags forbid one.
@@ -79,6 +82,7 @@ private:
     mutable double itsShift[2] = {0.0, 0.0};
     mutable double itsErrorScale = 0.0;
     mutable double itsErrorBase = 0.0;
+    mutable size_t itsComposedPlacements = 0;
 };
 
 #endif

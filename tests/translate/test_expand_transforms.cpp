@@ -143,9 +143,10 @@ TEST(XtransList, ComposedPlacementRoundsAsTheTurnsDo)
     // Seven-digit values on a 0.005 grid: about one in ten lies on a six-digit tie.
     std::uniform_int_distribution<long> grid(-400000, 400000);
     std::vector<SXtrans> entries(3);
-    int exact = 0, inexactTurns = 0;
+    size_t placed = 0;
+    SXtransList list;
     for (int round = 0; round < 300; ++round) {
-        SXtransList list;
+        list.Clear();
         const size_t depth = 1 + size_t(pick(random)) % entries.size();
         for (size_t k = 0; k < depth; ++k) {
             SXtrans& entry = entries[k];
@@ -159,35 +160,24 @@ TEST(XtransList, ComposedPlacementRoundsAsTheTurnsDo)
             list.Push(&entry);
         }
         const double factor = factors[size_t(pick(random)) % 5];
-        for (int i = 0; i < 200; ++i) {
+        for (int i = 0; i < 200; ++i, ++placed) {
             SPoint p(grid(random) * 0.005, grid(random) * 0.005);
             if (i % 50 == 0)
                 p = SPoint(0.0, p.y());
             SPoint slow = list.Transform(p);
             slow *= factor;
-            const SPoint fast = list.PlaceScaled(p, factor);
-            ASSERT_EQ(SGdsPolygon::RoundToSixDigits(fast.x()), SGdsPolygon::RoundToSixDigits(slow.x()))
-                << "round " << round << " point " << p.x() << "," << p.y() << " slow " << slow.x() << " fast "
-                << fast.x();
-            ASSERT_EQ(SGdsPolygon::RoundToSixDigits(fast.y()), SGdsPolygon::RoundToSixDigits(slow.y()));
+            const SPoint fast = list.PlaceRounded(p, factor);
+            ASSERT_EQ(fast.x(), SGdsPolygon::RoundToSixDigits(slow.x()))
+                << "round " << round << " point " << p.x() << "," << p.y() << " turned " << slow.x();
+            ASSERT_EQ(fast.y(), SGdsPolygon::RoundToSixDigits(slow.y()));
         }
     }
-    // Right angles at unit size: the short road gives the exact sum, where the turns miss it.
+    // Most points take the matrix; ties and zeros the turns.
+    EXPECT_GT(list.GetComposedPlacements(), placed / 2);
+    EXPECT_LT(list.GetComposedPlacements(), placed);
+    // An absolute angle can't be composed: the turns place every point.
     SXtrans turn;
     turn.itsAngle = 90;
-    turn.itsTranslation = SPoint(10.25, 20.5);
-    SXtransList list;
-    list.Push(&turn);
-    for (int i = 1; i <= 100; ++i) {
-        const SPoint p(i * 0.125, i * 0.375);
-        const SPoint fast = list.PlaceScaled(p, 1.0);
-        const SPoint slow = list.Transform(p);
-        exact += fast.x() == 10.25 - p.y() && fast.y() == 20.5 + p.x();
-        inexactTurns += !(slow.x() == 10.25 - p.y() && slow.y() == 20.5 + p.x());
-    }
-    EXPECT_EQ(exact, 100);
-    EXPECT_GT(inexactTurns, 0);
-    // An absolute angle can't be composed: the turns place every point.
     turn.itsAbsoluteAngle = true;
     SXtrans outer;
     outer.itsAngle = 30;
@@ -195,20 +185,25 @@ TEST(XtransList, ComposedPlacementRoundsAsTheTurnsDo)
     nested.Push(&outer);
     nested.Push(&turn);
     const SPoint p(3.5, -1.25);
-    EXPECT_TRUE(nested.PlaceScaled(p, 1.0).exactlyEqual(nested.Transform(p)));
+    const SPoint turned = nested.Transform(p);
+    const SPoint rounded = nested.PlaceRounded(p, 1.0);
+    EXPECT_EQ(rounded.x(), SGdsPolygon::RoundToSixDigits(turned.x()));
+    EXPECT_EQ(rounded.y(), SGdsPolygon::RoundToSixDigits(turned.y()));
+    EXPECT_EQ(nested.GetComposedPlacements(), 0u);
 }
 
-TEST(PolygonRounding, TiesAndZeroAreNearAndSixDigitValuesAreNot)
+TEST(PolygonRounding, OnlyValuesAwayFromTiesAndZeroRoundDirectly)
 {
-    EXPECT_TRUE(SGdsPolygon::NearSixDigitTie(1234.565, 0.0));
-    EXPECT_TRUE(SGdsPolygon::NearSixDigitTie(-0.0012345650000001, 0.0));
-    EXPECT_TRUE(SGdsPolygon::NearSixDigitTie(0.0, 1e-12));
-    EXPECT_TRUE(SGdsPolygon::NearSixDigitTie(3e-14, 1e-12));
-    EXPECT_TRUE(SGdsPolygon::NearSixDigitTie(556.2305004, 1e-6));
-    EXPECT_FALSE(SGdsPolygon::NearSixDigitTie(556.23, 1e-10));
-    EXPECT_FALSE(SGdsPolygon::NearSixDigitTie(-410.35375, 1e-10));
-    EXPECT_FALSE(SGdsPolygon::NearSixDigitTie(1234.566, 1e-10));
-    EXPECT_FALSE(SGdsPolygon::NearSixDigitTie(556.2305004, 1e-8));
+    double rounded = 0.0;
+    EXPECT_FALSE(SGdsPolygon::RoundAwayFromTie(1234.565, 0.0, rounded));
+    EXPECT_FALSE(SGdsPolygon::RoundAwayFromTie(-0.0012345650000001, 0.0, rounded));
+    EXPECT_FALSE(SGdsPolygon::RoundAwayFromTie(0.0, 1e-12, rounded));
+    EXPECT_FALSE(SGdsPolygon::RoundAwayFromTie(3e-14, 1e-12, rounded));
+    EXPECT_FALSE(SGdsPolygon::RoundAwayFromTie(556.2305004, 1e-6, rounded));
+    for (double value : {556.23, -410.35375, 1234.566, 556.2305004, 0.30000000000000004, -7.77777777e-9}) {
+        ASSERT_TRUE(SGdsPolygon::RoundAwayFromTie(value, 1e-10 * std::fabs(value), rounded)) << value;
+        EXPECT_EQ(rounded, SGdsPolygon::RoundToSixDigits(value)) << value;
+    }
 }
 
 TEST(Expand, NestedAbsolutePlacementAndTheConversionFactor)
