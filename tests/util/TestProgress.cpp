@@ -62,15 +62,6 @@ TEST_F(ProgressTest, LineShowsShareOrCountOfThePhase) {
   }
 }
 
-TEST_F(ProgressTest, DrawsInPlaceAndClearsAtTheEndOfAPhase) {
-  Enable();
-  itsProgress.Begin("reading", 200, "bytes");
-  itsProgress.Update(50);
-  itsProgress.Update(100);
-  itsProgress.End();
-  EXPECT_EQ(Written(), "\rgds: reading 25%\rgds: reading 50%" + Blanks(16));
-}
-
 TEST_F(ProgressTest, ShorterLineCoversTheLongerOne) {
   Enable();
   itsProgress.Begin("flattening", 0, "polygons");
@@ -83,34 +74,26 @@ TEST_F(ProgressTest, ShorterLineCoversTheLongerOne) {
   EXPECT_EQ(Written().substr(Written().size() - 31), Blanks(29));
 }
 
-TEST_F(ProgressTest, NothingBeforeTheDelay) {
-  Enable();
-  itsProgress.SetTiming(3600, 0);
-  itsProgress.Begin("reading", 200, "bytes");
-  itsProgress.Update(50);
-  itsProgress.End();
-  EXPECT_EQ(Written(), "");
-}
-
-TEST_F(ProgressTest, SecondUpdateDrawsOnlyWhenDueAndChanged) {
+TEST_F(ProgressTest, UpdatesDrawOnlyWhenDueAndChanged) {
   struct Case {
-    double interval;
+    double delay, interval;
     uint64_t total, first, second;
     const char* drawn;
   } const cases[] = {
-      {0, 200, 50, 100, "\rgds: reading 25%\rgds: reading 50%"},
-      {3600, 200, 50, 100, "\rgds: reading 25%"},
-      {0, 1000, 500, 501, "\rgds: reading 50%"},
+      {0, 0, 200, 50, 100, "\rgds: reading 25%\rgds: reading 50%"},
+      {3600, 0, 200, 50, 100, ""},
+      {0, 3600, 200, 50, 100, "\rgds: reading 25%"},
+      {0, 0, 1000, 500, 501, "\rgds: reading 50%"},
   };
   for (const Case& c : cases) {
     const size_t before = Written().size();
     SProgress progress;
     progress.Enable(itsOut, false, "gds");
-    progress.SetTiming(0, c.interval);
+    progress.SetTiming(c.delay, c.interval);
     progress.Begin("reading", c.total, "bytes");
     progress.Update(c.first);
     progress.Update(c.second);
-    EXPECT_EQ(Written().substr(before), c.drawn) << "interval " << c.interval << ", " << c.second;
+    EXPECT_EQ(Written().substr(before), c.drawn) << "delay " << c.delay << ", interval " << c.interval;
     progress.Disable();
   }
 }
@@ -125,26 +108,25 @@ TEST_F(ProgressTest, TicksLookAtTheClockOnlyEveryStride) {
 }
 
 TEST_F(ProgressTest, MessagesFindTheLineCleared) {
-  Enable(false);
-  itsProgress.Begin("reading", 200, "bytes");
-  itsProgress.ClearFor(itsOut);  // nothing shown: nothing to clear
-  itsProgress.Update(50);
-  // Standard output on another device doesn't cross the line.
-  itsProgress.ClearFor(stdout);
-  EXPECT_EQ(Written(), "\rgds: reading 25%");
-  itsProgress.ClearFor(itsOut);
-  EXPECT_EQ(Written(), "\rgds: reading 25%" + Blanks(16));
-  // The line comes back with the next update.
-  itsProgress.Update(100);
-  EXPECT_EQ(Written(), "\rgds: reading 25%" + Blanks(16) + "\rgds: reading 50%");
-}
-
-TEST_F(ProgressTest, SharedStandardOutputClearsTheLine) {
-  Enable(true);
-  itsProgress.Begin("reading", 200, "bytes");
-  itsProgress.Update(50);
-  itsProgress.ClearFor(stdout);
-  EXPECT_EQ(Written(), "\rgds: reading 25%" + Blanks(16));
+  for (bool shared : {false, true}) {
+    const size_t before = Written().size();
+    SProgress progress;
+    progress.Enable(itsOut, shared, "gds");
+    progress.SetTiming(0, 0);
+    progress.Begin("reading", 200, "bytes");
+    progress.ClearFor(itsOut);  // nothing shown: nothing to clear
+    progress.Update(50);
+    const std::string drawn = "\rgds: reading 25%", cleared = drawn + Blanks(16);
+    // Standard output crosses the line only when it shows on the same terminal.
+    progress.ClearFor(stdout);
+    EXPECT_EQ(Written().substr(before), shared ? cleared : drawn);
+    progress.ClearFor(itsOut);
+    EXPECT_EQ(Written().substr(before), cleared);
+    // The line comes back with the next update.
+    progress.Update(100);
+    EXPECT_EQ(Written().substr(before), cleared + "\rgds: reading 50%");
+    progress.Disable();
+  }
 }
 
 TEST_F(ProgressTest, NothingWhenDisabled) {
@@ -163,6 +145,7 @@ TEST_F(ProgressTest, NothingWhenDisabled) {
   EXPECT_EQ(Written(), cleared);
 }
 
+// The end of a phase clears the line, however its scope is left.
 TEST_F(ProgressTest, PhaseScopeClearsTheProcessLine) {
   Progress().Enable(itsOut, false, "gds");
   Progress().SetTiming(0, 0);
