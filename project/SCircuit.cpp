@@ -17,6 +17,7 @@
 #include "SNumberFormat.h"
 #include "SProject.h"
 #include "SPolygonScanner.h"
+#include "SProgress.h"
 #include "SProjectErrorManager.h"
 #include "SProjectFile.h"
 #include "SProjectStream.h"
@@ -358,14 +359,18 @@ void SCircuit::WriteBody(SProjectStream& out, int format) {
     SGeoObjectIO::WriteCoupledGroups(out, *this, ports, format);
   }
   out << "NUM " << count << '\n';
+  SProgressPhase phase("writing project", static_cast<uint64_t>(count), "polygons");
   WritePolygons(out, format);
 }
 
 void SCircuit::WritePolygons(SProjectStream& out, int format) const {
   const double feet = FileLengthFactor();
+  SProgress& progress = Progress();
+  uint64_t written = 0;
   for (const SLevel* level : itsLevels) {
     const int index = level->GetIndex();
     WalkShapes(level, true, [&](const SBaseEnclosure* node) {
+      progress.Tick(written++);
       switch (node->isA()) {
       case SID_VIAPOLYGON: static_cast<const SViaPolygon*>(node)->Write(out, index, format, feet); break;
       case SID_BRICKPOLYGON: static_cast<const SBrickPolygon*>(node)->Write(out, index, format, feet); break;
