@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <QRegExp>
 #include <cstdio>
+#include <unistd.h>
 
 #include "SGdsDebug.h"
 #include "SGdsFile.h"
@@ -23,6 +24,7 @@
 #include "SMatl.h"
 #include "SXmatl.h"
 #include "SProjectOperations.h"
+#include "SProgress.h"
 #include "SProjectStream.h"
 #include "STechLayer.h"
 #include "SVeloraError.h"
@@ -92,6 +94,9 @@ void SGdsApp::DeriveDefaultNames()
 
 bool SGdsApp::Run(int argc, char** argv)
 {
+    // Only a person watching a terminal wants it; files, pipes and logs stay as they were.
+    if (isatty(STDERR_FILENO))
+        Progress().Enable(stderr, isatty(STDOUT_FILENO), "gds");
     if (!LoadStringFiles())
         return false;
     CreateTrace();
@@ -145,10 +150,8 @@ bool SGdsApp::Run(int argc, char** argv)
     itsGdsFile = nullptr;
     if (!UpdateProject() || !WriteProject())
         return false;
-    if (itsOptions.itsVerbose) {
-        printf("Conversion completed\n");
-        fflush(stdout);
-    }
+    if (itsOptions.itsVerbose)
+        GdsVerbose("Conversion completed\n");
     if (GdsDebug().GetLevel() > 3)
         GdsDebug().Print("Conversion completed\n");
     return true;
@@ -350,10 +353,8 @@ bool SGdsApp::CreateProject()
         itsProject->SetTemplateRead(true);
         if (debug.GetLevel() > 0)
             debug.Print("Reading velora project %s\n", itsInputProjectName.data());
-        if (itsOptions.itsVerbose) {
-            printf("Reading project file %s\n", itsInputProjectName.data());
-            fflush(stdout);
-        }
+        if (itsOptions.itsVerbose)
+            GdsVerbose("Reading project file %s\n", itsInputProjectName.data());
         // Under -g the drawing goes anyway: a read that passes over it keeps large projects fast.
         itsProject->SetDropDrawing(itsOptions.itsReplaceGeometry);
         if (!ReadInputProject(*itsProject, itsInputProjectName))
@@ -444,10 +445,8 @@ bool SGdsApp::UpdateProject()
 
 bool SGdsApp::WriteProject()
 {
-    if (itsOptions.itsVerbose) {
-        printf("Created %d polygons in project file\n", itsProject->itsPolygonCount + itsProject->itsBrickCount);
-        fflush(stdout);
-    }
+    if (itsOptions.itsVerbose)
+        GdsVerbose("Created %d polygons in project file\n", itsProject->itsPolygonCount + itsProject->itsBrickCount);
     // A project that could not be saved fails the run, so that a calling script can tell.
     if (!itsProject->Save(itsOutputProjectName)) {
         itsProject->GetErrors().Report();
@@ -548,10 +547,8 @@ bool SGdsApp::SelectStructure()
             return false;
         }
     }
-    if (itsOptions.itsVerbose) {
-        printf(itsConvert ? "Converting structure \"%s\"\n" : "Primary structure \"%s\"\n", itsStructureName.data());
-        fflush(stdout);
-    }
+    if (itsOptions.itsVerbose)
+        GdsVerbose(itsConvert ? "Converting structure \"%s\"\n" : "Primary structure \"%s\"\n", itsStructureName.data());
     return true;
 }
 

@@ -5,6 +5,7 @@
 #include "SGdsApp.h"
 #include "SFileNameCodec.h"
 #include "SGdsDebug.h"
+#include "SProgress.h"
 #include "SVeloraDirectoryInstance.h"
 
 #ifdef GDS_JEMALLOC
@@ -36,6 +37,7 @@ int main(int argc, char** argv)
     {
         SGdsApp app;
         ok = app.Run(argc, argv);
+        Progress().Disable();
 #ifdef GDS_LEAVE_LAYOUT_AT_EXIT
         // Freeing millions of polygons one by one takes longer than the exit that frees them all.
         app.LeaveLayoutAtExit();

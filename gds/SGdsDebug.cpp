@@ -2,6 +2,8 @@
 
 #include <cstdarg>
 
+#include "SProgress.h"
+
 bool WarningsEnabled = true;
 unsigned WarningCount = 0;
 
@@ -24,14 +26,24 @@ bool SGdsDebug::OpenTraceFile(const char* name)
     return true;
 }
 
+namespace {
+
+// Every line goes out whole and at once, on a line of its own beside the progress line.
+void PrintTo(FILE* out, const char* format, va_list args)
+{
+    Progress().ClearFor(out);
+    vfprintf(out, format, args);
+    fflush(out);
+}
+
+} // namespace
+
 void SGdsDebug::Print(const char* format, ...)
 {
-    FILE* out = Stream();
     va_list args;
     va_start(args, format);
-    vfprintf(out, format, args);
+    PrintTo(Stream(), format, args);
     va_end(args);
-    fflush(out);
 }
 
 SGdsDebug& GdsDebug()
@@ -45,24 +57,29 @@ void GdsError(const char* format, ...)
 {
     va_list args;
     va_start(args, format);
-    vprintf(format, args);
+    PrintTo(stdout, format, args);
     va_end(args);
-    fflush(stdout);
+}
+
+void GdsVerbose(const char* format, ...)
+{
+    va_list args;
+    va_start(args, format);
+    PrintTo(stdout, format, args);
+    va_end(args);
 }
 
 void GdsWarning(const char* format, ...)
 {
     if (!WarningsEnabled)
         return;
+    const char* text = format;
     if (++WarningCount > 25) {
-        fputs("WARNING: Maximum number of warnings exceeded, further warnings will not be printed\n", stdout);
-        fflush(stdout);
         WarningsEnabled = false;
-        return;
+        text = "WARNING: Maximum number of warnings exceeded, further warnings will not be printed\n";
     }
     va_list args;
     va_start(args, format);
-    vprintf(format, args);
+    PrintTo(stdout, text, args);
     va_end(args);
-    fflush(stdout);
 }

@@ -41,6 +41,9 @@ void GdsError(const char* format, ...) __attribute__((format(printf, 1, 2)));
 // Warnings print up to a cap of 25; the 26th prints the limit line instead.
 void GdsWarning(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
+// The lines of -v: on standard output, flushed at once.
+void GdsVerbose(const char* format, ...) __attribute__((format(printf, 1, 2)));
+
 extern bool WarningsEnabled;
 extern unsigned WarningCount;
 

@@ -6,6 +6,7 @@
 #include "SGdsInput.h"
 #include "SGdsRec.h"
 #include "SGdsStructureList.h"
+#include "SProgress.h"
 
 SGdsFile::SGdsFile(const SString& fileName)
     : itsFileName(fileName)
@@ -72,19 +73,21 @@ bool SGdsFile::Read()
         ResetTextReader();
         SGdsRecStrname::ResetNoNameCount();
         if (VerboseOutput)
-            printf("Reading gds file - %s\n", itsFileName.data());
-        for (;;) {
-            SGdsRecord* record = nullptr;
-            if (!ReadRecord(record)) {
-                ok = false;
-                break;
+            GdsVerbose("Reading gds file - %s\n", itsFileName.data());
+        {
+            SProgressPhase phase("reading", itsInput->GetFileSize(), "bytes");
+            for (;;) {
+                SGdsRecord* record = nullptr;
+                if (!ReadRecord(record)) {
+                    ok = false;
+                    break;
+                }
+                if (record->GetRecordType() == kGdsEndlib)
+                    break;
             }
-            if (record->GetRecordType() == kGdsEndlib)
-                break;
         }
         if (ok && VerboseOutput)
-            printf("Read %ld records\n", long(itsRecordCount));
-        fflush(stdout);
+            GdsVerbose("Read %ld records\n", long(itsRecordCount));
     }
     if (itsOutput) {
         SetGdsOutputDevice(nullptr);

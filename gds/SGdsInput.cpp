@@ -1,5 +1,7 @@
 #include "SGdsInput.h"
 
+#include "SProgress.h"
+
 #include <QFile>
 
 #include <algorithm>
@@ -44,6 +46,8 @@ bool SGdsInput::Open(const SString& name)
     itsFd = fd;
     itsCursor = itsFill = 0;
     itsEof = false;
+    itsFileSize = S_ISREG(info.st_mode) && info.st_size > 0 ? uint64_t(info.st_size) : 0;
+    itsBytesRead = 0;
     return true;
 }
 
@@ -67,6 +71,8 @@ bool SGdsInput::Fill()
         ssize_t got = ::read(itsFd, itsBuffer, itsSize);
         if (got > 0) {
             itsFill = size_t(got);
+            itsBytesRead += uint64_t(got);
+            Progress().Update(itsBytesRead);
             return true;
         }
         if (got < 0 && errno == EINTR)

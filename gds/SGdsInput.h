@@ -31,6 +31,8 @@ public:
         return itsBuffer[itsCursor++];
     }
     bool AtEnd();
+    // Bytes of a regular file, 0 for anything else.
+    uint64_t GetFileSize() const { return itsFileSize; }
 
 private:
     bool Fill();
@@ -41,6 +43,9 @@ private:
     size_t itsCursor = 0;
     size_t itsFill = 0;
     bool itsEof = false;
+    uint64_t itsFileSize = 0;
+    // Told to the progress line at each buffer filled.
+    uint64_t itsBytesRead = 0;
 };
 
 // The -G copy: every byte that leaves the input is appended here. It is saved like every

@@ -62,10 +62,8 @@ bool SGdsRecHeader::CheckValue()
 {
     if (strcmp(GetRelease(), "UNKNOWN") == 0) {
         int version = int(SGdsTypeByteInt::GetValue(0));
-        if (VerboseOutput) {
-            printf("Release = %d\n", version);
-            fflush(stdout);
-        }
+        if (VerboseOutput)
+            GdsVerbose("Release = %d\n", version);
         GdsWarning("Unknown release number %d - will try to convert file anyway.\n", version);
     }
     return true;
@@ -81,10 +79,8 @@ void SGdsRecHeader::Print()
         return;
     if (Level(1))
         Debug().Print("Release = %s\n", release);
-    if (VerboseOutput) {
-        printf("Release = %s\n", release);
-        fflush(stdout);
-    }
+    if (VerboseOutput)
+        GdsVerbose("Release = %s\n", release);
 }
 
 // BGNLIB, BGNSTR
@@ -100,10 +96,8 @@ void SGdsRecBgnlib::Print()
     }
     if (Level(1))
         Debug().Print("Structure time stamp\n");
-    if (VerboseOutput) {
-        printf("Gds library last modification - %s\n", DateText(0).data());
-        fflush(stdout);
-    }
+    if (VerboseOutput)
+        GdsVerbose("Gds library last modification - %s\n", DateText(0).data());
 }
 
 void SGdsRecBgnstr::Print()
@@ -135,10 +129,8 @@ void SGdsRecLibname::Print()
     SString text = GetText();
     if (Level(1))
         Debug().Print("Library name: %s\n", text.data());
-    if (VerboseOutput) {
-        printf("Gds library name: \"%s\"\n", text.data());
-        fflush(stdout);
-    }
+    if (VerboseOutput)
+        GdsVerbose("Gds library name: \"%s\"\n", text.data());
 }
 
 bool SGdsRecLibname::Process(SGdsStructureList& list)

@@ -5,6 +5,7 @@
 
 #include "SGdsDebug.h"
 #include "SGdsInput.h"
+#include "SProgress.h"
 
 bool ShortFormat = false;
 bool AsciiInput = false;
@@ -128,6 +129,7 @@ void SGdsRecord::DumpEnd()
 {
     if (GdsDebug().GetLevel() >= 3 || ShortFormat) {
         FILE* out = GdsDebug().Stream();
+        Progress().ClearFor(out);
         fputc('\n', out);
         fflush(out);
     }
@@ -138,6 +140,7 @@ void SGdsRecord::DumpBytes(const unsigned char* bytes, int count, bool endLine)
     if (GdsDebug().GetLevel() < 3 && !ShortFormat)
         return;
     FILE* out = GdsDebug().Stream();
+    Progress().ClearFor(out);
     int64_t position = GetPosition();
     if (theDumpCount == 0)
         fprintf(out, "%08llX  ", (unsigned long long)position);

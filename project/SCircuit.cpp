@@ -17,6 +17,7 @@
 #include "SNumberFormat.h"
 #include "SProject.h"
 #include "SPolygonScanner.h"
+#include "SProgress.h"
 #include "SProjectErrorManager.h"
 #include "SProjectFile.h"
 #include "SProjectStream.h"
@@ -360,6 +361,7 @@ void SCircuit::WriteBody(SProjectStream& out, int format) {
     SGeoObjectIO::WriteCoupledGroups(out, *this, ports, format);
   }
   out << "NUM " << count << '\n';
+  SProgressPhase phase("writing project", static_cast<uint64_t>(count), "polygons");
   WritePolygons(out, format);
 }
 
@@ -379,6 +381,8 @@ void SCircuit::WritePolygons(SProjectStream& out, int format) const {
   // while this thread writes one, a second formats the next into text of its own, which
   // follows in order. Writing a shape changes nothing it can reach.
   const size_t kBatch = 16384;
+  SProgress& progress = Progress();
+  uint64_t collected = 0;
   std::vector<std::pair<int, const SBaseEnclosure*>> batches[2];
   SProjectStream side;
   side.SetDigits(out.Digits());
@@ -407,6 +411,7 @@ void SCircuit::WritePolygons(SProjectStream& out, int format) const {
   for (const SLevel* level : itsLevels) {
     const int index = level->GetIndex();
     WalkShapes(level, true, [&](const SBaseEnclosure* node) {
+      progress.Tick(collected++);
       std::vector<std::pair<int, const SBaseEnclosure*>>& batch = batches[batches[0].size() < kBatch ? 0 : 1];
       batch.emplace_back(index, node);
       if (batches[1].size() == kBatch) flush();

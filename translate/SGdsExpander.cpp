@@ -11,6 +11,7 @@
 #include "SGdsStructure.h"
 #include "SGdsStructureList.h"
 #include "SInitializationFile.h"
+#include "SProgress.h"
 #include "SXtrans.h"
 
 namespace {
@@ -97,6 +98,7 @@ bool SGdsExpander::ExpandStructure(const SString& name)
         return false;
     }
     itsArefMethodKnown = false;
+    SProgressPhase phase("flattening", polygons, "polygons");
     return ExpandElements(structure);
 }
 
@@ -130,7 +132,10 @@ bool SGdsExpander::ExpandElements(SGdsStructure* top)
     if (!Enter(top))
         return false;
     SGdsDebug& debug = GdsDebug();
+    SProgress& progress = Progress();
+    const size_t first = itsPolygons.entries();
     while (!itsFrames.empty()) {
+        progress.Tick(itsPolygons.entries() - first);
         Frame& frame = itsFrames.back();
         const SOrdered& elements = frame.structure->itsElements;
         if (frame.next >= elements.entries()) {

@@ -11,6 +11,7 @@
 #include "SCircuit.h"
 #include "SInitializationFile.h"
 #include "SOrdered.h"
+#include "SProgress.h"
 #include "SPolygonEdge.h"
 #include "SXtranProject.h"
 
@@ -242,8 +243,11 @@ bool SGdsPolygonList::AddToProject(SXtranProject& project, SGdsLayerFile& layerF
     int skipped = 0;
     bool ok = true;
     SOrdered scratch;
+    SProgressPhase phase("adding to project", itsCount, "polygons");
+    SProgress& progress = Progress();
     size_t i = 0;
     for (; i < itsCount && ok; ++i) {
+        progress.Tick(i);
         SGdsPolygon* polygon = at(i);
         bool pass = true;
         if (itsMinSizeMode != 0) {

@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "GdsRun.h"
+#include "Undated.h"
 
 using gdstest::GdsRun;
 using gdstest::RunResult;
@@ -77,15 +78,6 @@ RunResult RunScript(const GdsRun& run, const std::string& script, int timeoutMs 
 bool Has(const std::string& text, const std::string& part)
 {
     return text.find(part) != std::string::npos;
-}
-
-// A project's text without the lines that carry the time of writing.
-std::string Undated(const std::string& project)
-{
-    QString text = QString::fromStdString(project);
-    text.remove(QRegularExpression("^(DAT|BUILT_BY_CREATED|MDATE|HDATE) [^\n]*\n",
-                                   QRegularExpression::MultilineOption));
-    return text.toStdString();
 }
 
 QStringList Temporaries(const GdsRun& run)

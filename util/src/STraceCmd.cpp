@@ -1,6 +1,7 @@
 #include "STraceCmd.h"
 
 #include "SInitializationFile.h"
+#include "SProgress.h"
 #include "STime.h"
 #include "SVarRWCString.h"
 #include "SVeloraDirectoryInstance.h"
@@ -175,6 +176,7 @@ void STraceCmd::Trace(int level, int category, const char* text) {
 
 void STraceCmd::DefaultDisplay(STraceEvent* event) {
   if (!event) return;
+  Progress().ClearFor(stdout);
   fputs(event->GetText().data(), stdout);
   fputc('\n', stdout);
   fflush(stdout);

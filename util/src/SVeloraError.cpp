@@ -1,6 +1,7 @@
 #include "SVeloraError.h"
 
 #include "SErrorMessages.h"
+#include "SProgress.h"
 #include "SString.h"
 #include "SVeloraTrace.h"
 
@@ -45,6 +46,7 @@ const size_t kTextLimit = 1024;
 const char* const kNoMessage = " String Number : %d\nNo message associated with this code.\n";
 
 void DefaultSink(const char* text, int) {
+  Progress().ClearFor(stderr);
   fputs(text, stderr);
   fputc('\n', stderr);
   fflush(stderr);
