@@ -495,6 +495,7 @@ bool SGdsApp::ExpandStructure()
     }
     itsPolygonList->itsConversionFactor = itsConversionFactor;
     // Before the walk: the filters decide how points are placed.
+    itsPolygonList->itsRoundWhilePlacing = true;
     itsPolygonList->itsKeepBox = itsOptions.itsKeepBox;
     itsPolygonList->itsMinSizeMode = itsOptions.itsMinSizeMode;
     itsPolygonList->itsMinWidth = itsOptions.itsMinWidth;

@@ -212,9 +212,8 @@ void SGdsPolygon::AddPoint(SGdsPolygonList& list, const SPoint& point, bool tran
 {
     SGdsDebug& debug = GdsDebug();
     SPoint placed;
-    // The filters and the trace see points before rounding, where only the
-    // polar turns give what they always have.
-    if (transform && !list.FiltersPoints() && debug.GetLevel() == 0) {
+    // The trace shows points before rounding.
+    if (transform && list.RoundsWhilePlacing() && debug.GetLevel() == 0) {
         placed = list.itsTransforms.PlaceRounded(point, list.itsConversionFactor);
     } else {
         placed = transform ? list.itsTransforms.Transform(point) : point;

@@ -96,8 +96,14 @@ public:
     double itsMinHeight = 0.0;
     // -e clears it; the "MakeTechLayers" setting of section "Gds" can veto it.
     bool itsMakeTechLayers = true;
-    // Whether a filter looks at the points before they are rounded.
-    bool FiltersPoints() const { return itsMinSizeMode != 0 || !itsKeepBox.isEmpty(); }
+    // Points rounded to six digits as they are placed, as a project takes them, instead
+    // of when they are handed over; the flat list then holds them rounded. Never while a
+    // filter looks at the points before rounding.
+    bool itsRoundWhilePlacing = false;
+    bool RoundsWhilePlacing() const
+    {
+        return itsRoundWhilePlacing && itsMinSizeMode == 0 && itsKeepBox.isEmpty();
+    }
 
 private:
     static const size_t kBlockSize = 4096;

@@ -54,6 +54,49 @@ class CorpusFlattening : public testing::TestWithParam<std::string>
 
 } // namespace
 
+// Placing through one matrix and rounding at once must give every real layout
+// the very points that the turns of each placement and rounding afterwards give.
+TEST_P(CorpusFlattening, RoundingWhilePlacingGivesTheSamePoints)
+{
+    QJsonObject oracle = CorpusOracle(GetParam());
+    if (oracle.isEmpty())
+        GTEST_SKIP() << "no corpus at " << CorpusDir().toStdString();
+    const QString best = oracle.value("best").toString();
+    if (oracle.value("gzip_compressed").toBool() || best.isEmpty())
+        GTEST_SKIP() << "compressed stream or no shapes";
+    QJsonObject totals = oracle.value("flat").toObject().value(best).toObject().value("totals").toObject();
+    if (totals.value("boundary").toDouble() + totals.value("box").toDouble() + totals.value("path").toDouble() >
+        kMostShapes)
+        GTEST_SKIP() << "more shapes than a test run flattens";
+    QFile file(CorpusStream(GetParam()));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    QByteArray bytes = file.readAll();
+    StreamWriter stream;
+    stream.Raw(gdstest::Bytes(bytes.begin(), bytes.end()));
+    Flattener turned, composed;
+    ASSERT_TRUE(turned.Load(stream));
+    ASSERT_TRUE(composed.Load(stream));
+    testing::internal::CaptureStdout();
+    const bool expanded = turned.Expand(best.toStdString()) && composed.Expand(best.toStdString(), 1.0, true);
+    testing::internal::GetCapturedStdout();
+    ASSERT_TRUE(expanded);
+    ASSERT_EQ(turned.Count(), composed.Count());
+    for (size_t i = 0; i < turned.Count(); ++i) {
+        // As a project takes them: rounding what isn't rounded yet (paths are made from
+        // placed points).
+        turned.Polygons().at(i)->RoundPoints();
+        composed.Polygons().at(i)->RoundPoints();
+        const std::vector<SPoint> expected = turned.PointsOf(i), actual = composed.PointsOf(i);
+        ASSERT_EQ(expected.size(), actual.size()) << "polygon " << i;
+        for (size_t k = 0; k < expected.size(); ++k)
+            ASSERT_TRUE(expected[k].exactlyEqual(actual[k]) &&
+                        std::signbit(expected[k].x()) == std::signbit(actual[k].x()) &&
+                        std::signbit(expected[k].y()) == std::signbit(actual[k].y()))
+                << "polygon " << i << " point " << k << ": " << expected[k].x() << "," << expected[k].y() << " against "
+                << actual[k].x() << "," << actual[k].y();
+    }
+}
+
 TEST_P(CorpusFlattening, CountsAndAreasPerLayerMatchTheOracle)
 {
     QJsonObject oracle = CorpusOracle(GetParam());

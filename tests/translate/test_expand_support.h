@@ -90,10 +90,11 @@ class Flattener
 public:
     bool Load(const StreamWriter& stream) { return itsReader.Load(stream) && itsReader.Build(); }
 
-    bool Expand(const std::string& name, double factor = 1.0)
+    bool Expand(const std::string& name, double factor = 1.0, bool roundWhilePlacing = false)
     {
         itsPolygons.reset(new SGdsPolygonList(&itsReader.List()));
         itsPolygons->itsConversionFactor = factor;
+        itsPolygons->itsRoundWhilePlacing = roundWhilePlacing;
         return ExpandStructure(itsReader.List(), *itsPolygons, SString(name.c_str()));
     }
 
