@@ -43,7 +43,7 @@ void SMatlVariable::Set(const SString& name, const SString& value) {
 
 bool SMatlVariable::Read(SCommentedFile& file) {
   const SString fileName = MessageFileName(file);
-  itsLine = file.LineCount();
+  SetLine(file.LineCount());
   SString rest;
   file.GetRestOfLine(rest);
   file.SkipLine();
@@ -51,7 +51,7 @@ bool SMatlVariable::Read(SCommentedFile& file) {
   const int equals = text.indexOf('=');
   if (equals < 0) {
     SMatlReporting::Instance().ReportError(SString::format("%s, line %lld: \"%s\": a variable line needs name = value.",
-                                                           fileName.data(), itsLine, file.CurrentLine().data()));
+                                                           fileName.data(), GetLine(), file.CurrentLine().data()));
     return false;
   }
   QString name = text.left(equals).trimmed();
@@ -66,7 +66,7 @@ bool SMatlVariable::Read(SCommentedFile& file) {
   if (SMatlUtil::HasIllegalCharacter(SString(name)) || name.contains(';') ||
       std::any_of(name.begin(), name.end(), [](QChar c) { return c.isSpace() || c.unicode() < 0x20; })) {
     SMatlReporting::Instance().ReportError(SString::format(
-        "%s, line %lld: \"%s\": a variable name can't hold a blank or any of ! & = \" ;.", fileName.data(), itsLine,
+        "%s, line %lld: \"%s\": a variable name can't hold a blank or any of ! & = \" ;.", fileName.data(), GetLine(),
         file.CurrentLine().data()));
     return false;
   }
@@ -76,12 +76,12 @@ bool SMatlVariable::Read(SCommentedFile& file) {
       std::any_of(value.begin(), value.end(), [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7f; })) {
     SMatlReporting::Instance().ReportError(SString::format(
         "%s, line %lld: \"%s\": a variable value can't hold a ; a control character or an unmatched quote.",
-        fileName.data(), itsLine, file.CurrentLine().data()));
+        fileName.data(), GetLine(), file.CurrentLine().data()));
     return false;
   }
   if (name.isEmpty() || value.isEmpty()) {
     SMatlReporting::Instance().ReportError(SString::format("%s, line %lld: \"%s\": a variable needs a name and a value.",
-                                                           fileName.data(), itsLine, file.CurrentLine().data()));
+                                                           fileName.data(), GetLine(), file.CurrentLine().data()));
     return false;
   }
   Set(SString(name), SString(value));

@@ -101,7 +101,7 @@ void SCoupledGroup::WriteGroupLines(SProjectStream& out, int format) const {
 }
 
 bool SCoupledGroup::Read(SFile& file, SProjectErrorManager& errors) {
-  itsLine = file.LineCount();
+  SetLine(file.LineCount());
   SString token;
   if (!file.GetToken(token)) return ReadFault(errors, file, 6024);
   itsName = token;

@@ -45,7 +45,7 @@ void SDimension::WriteRecord(SProjectStream& out, int format) const {
 }
 
 bool SDimension::ReadRecord(SFile& file, SProjectErrorManager& errors, bool strictScale) {
-  itsLine = file.LineCount();
+  SetLine(file.LineCount());
   SString word;
   file.GetToken(word);
   if (SFileBlock::Match(word, "ANC"))

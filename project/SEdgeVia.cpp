@@ -36,7 +36,7 @@ void SEdgeVia::Write(SProjectStream& out, int format, long long ordinal) const {
 }
 
 bool SEdgeVia::Read(SFile& file, const SString& keyword, SProjectErrorManager& errors) {
-  itsLine = file.LineCount();
+  SetLine(file.LineCount());
   const SString upper = keyword.upper();
   if (upper == "EVIA1") {
     itsViaKind = EdgeVia;

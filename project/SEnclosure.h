@@ -5,6 +5,7 @@
 #include "SOrdered.h"
 #include "SString.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -65,7 +66,9 @@ public:
   long long GetId() const { return itsId; }
   void SetId(long long id) { itsId = id; }
   long long GetLine() const { return itsLine; }
-  void SetLine(long long line) { itsLine = line; }
+  // A line past the 32-bit range is kept as the largest one it holds: a project that
+  // long lies beyond what anyone edits by line number.
+  void SetLine(long long line) { itsLine = static_cast<int32_t>(line > INT32_MAX ? INT32_MAX : (line < 0 ? 0 : line)); }
   bool IsWritable() const { return itsWritable != 0; }
   void SetWritable(bool on) { itsWritable = on ? 1 : 0; }
   bool IsHidden() const { return itsHidden != 0; }
@@ -75,8 +78,9 @@ protected:
   unsigned char itsWritable = 1;
   unsigned char itsChanged = 1;
   unsigned char itsHidden = 0;
+  // Beside the flags, so that a polygon stays within its allocation size.
+  int32_t itsLine = 0;
   long long itsId = 0;
-  long long itsLine = 0;
 };
 
 // A group: its children are polygons and further groups.

@@ -17,7 +17,7 @@ const QRegularExpression kPolygonFields(QStringLiteral("^(\\s*(\\S+)\\s+(\\S+)\\
 }  // namespace
 
 bool SMetalElement::Read(SFile& file, SProjectErrorManager& errors, long long& level) {
-  itsLine = file.LineCount();
+  SetLine(file.LineCount());
   SString word;
   file.PeekToken(word);
   itsBrick = word.upper() == "BRI";

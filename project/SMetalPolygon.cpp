@@ -64,7 +64,7 @@ void SMetalPolygon::Write(SProjectStream& out, int level, int format, double len
 }
 
 bool SMetalPolygon::Read(SFile& file, SProjectErrorManager& errors, long long& level) {
-  itsLine = file.LineCount();
+  SetLine(file.LineCount());
   int points = 0;
   if (!ReadHeader(file, errors, level, points, itsId)) return false;
   return ReadTail(file, errors, points);
@@ -160,7 +160,7 @@ bool SViaPolygon::ReadToLevel(SFile& file, SProjectErrorManager& errors) {
 }
 
 bool SViaPolygon::Read(SFile& file, SProjectErrorManager& errors, long long& level) {
-  itsLine = file.LineCount();
+  SetLine(file.LineCount());
   int points = 0;
   if (!ReadHeader(file, errors, level, points, itsId)) return false;
   SString token;
@@ -187,7 +187,7 @@ void SBrickPolygon::Write(SProjectStream& out, int level, int format, double len
 }
 
 bool SBrickPolygon::Read(SFile& file, SProjectErrorManager& errors, long long& level, double lengthFactor) {
-  itsLine = file.LineCount();
+  SetLine(file.LineCount());
   int points = 0;
   if (!ReadHeader(file, errors, level, points, itsId, lengthFactor)) return false;
   if (!ReadExtras(file, errors, nullptr, nullptr, nullptr)) return false;

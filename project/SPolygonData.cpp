@@ -12,7 +12,7 @@
 #include <cstring>
 
 SShapeData::SShapeData(const SShapeData& other)
-    : SSubsectionControls(other), itsMaterial(other.itsMaterial), itsFileMaterial(other.itsFileMaterial) {
+    : SSubsectionControls(other), itsFileMaterial(other.itsFileMaterial), itsMaterial(other.itsMaterial) {
   if (other.itsExtras) itsExtras.reset(new Extras(*other.itsExtras));
 }
 

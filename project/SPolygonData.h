@@ -42,8 +42,9 @@ protected:
   };
   Extras& MakeExtras();
 
-  SMaterialTypeData* itsMaterial = nullptr;
+  // First, so that it fills the room the controls leave at their end.
   int itsFileMaterial = -1;
+  SMaterialTypeData* itsMaterial = nullptr;
   std::unique_ptr<Extras> itsExtras;
 };
 

@@ -123,7 +123,7 @@ bool StartsLikeNumber(const SString& token) {
 }  // namespace
 
 bool SPort::Read(SFile& file, const SString& keyword, SProjectErrorManager& errors) {
-  itsLine = file.LineCount();
+  SetLine(file.LineCount());
   const SString upper = keyword.upper();
   if (upper != "POR1") {
     // The oldest forms: polygon ordinal, edge and level, then the port line.

@@ -42,7 +42,7 @@ void SSMDPort::WriteComponentPort(SProjectStream& out, const SCircuit& circuit, 
 }
 
 bool SSMDPort::ReadComponentPort(SFile& file, SProjectErrorManager& errors) {
-  itsLine = file.LineCount();
+  SetLine(file.LineCount());
   if (!file.GetLong(itsLevel)) return ReadFault(errors, file, 6059);
   double x = 0.0, y = 0.0;
   if (!file.GetDouble(x) || !file.GetDouble(y)) return ReadFault(errors, file, 6076);

@@ -203,7 +203,7 @@ void SSMDev::WriteComponent(SProjectStream& out, const SCircuit& circuit, int fo
 // ---- reading
 
 bool SSMDev::ReadComponent(SFile& file, const SCircuit& circuit, SProjectErrorManager& errors) {
-  itsLine = file.LineCount();
+  SetLine(file.LineCount());
   if (!file.GetLong(itsLevel)) return ReadFault(errors, file, 6059);
   SString name;
   file.GetToken(name);

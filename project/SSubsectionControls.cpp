@@ -3,6 +3,27 @@
 #include "SGeoObjectIO.h"
 #include "SInitializationFile.h"
 
+SSubsectionControls::SSubsectionControls(const SSubsectionControls& other)
+    : itsFields(other.itsFields ? new Fields(*other.itsFields) : nullptr),
+      itsTechLayer(other.itsTechLayer),
+      itsFollows(other.itsFollows),
+      itsOverride(other.itsOverride) {}
+
+SSubsectionControls& SSubsectionControls::operator=(const SSubsectionControls& other) {
+  if (this != &other) {
+    itsFields.reset(other.itsFields ? new Fields(*other.itsFields) : nullptr);
+    itsTechLayer = other.itsTechLayer;
+    itsFollows = other.itsFollows;
+    itsOverride = other.itsOverride;
+  }
+  return *this;
+}
+
+const SSubsectionControls::Fields& SSubsectionControls::Defaults() {
+  static const Fields defaults;
+  return defaults;
+}
+
 const SSubsectionControls& SSubsectionControls::Source() const {
   if (itsOverride || itsTechLayer == nullptr || !itsFollows) return *this;
   const SSubsectionControls* controls = SGeoObjectIO::TemplateControls(itsTechLayer);
@@ -51,8 +72,8 @@ bool SSubsectionControls::SetFillLetter(char letter) {
     if (fill == Corner) fill = Staircase;
     if (fill == Both) fill = Diagonal;
   }
-  itsFillType = fill;
-  itsIsotropy = isotropy;
+  Set(&Fields::itsFillType, fill);
+  Set(&Fields::itsIsotropy, isotropy);
   return true;
 }
 

@@ -660,7 +660,7 @@ bool IsEnd(SFile& file) {
 }  // namespace
 
 bool STechLayer::Read(SFile& file, SProjectErrorManager& errors) {
-  itsLine = file.LineCount();
+  SetLine(file.LineCount());
   SString token;
   if (!file.GetToken(token)) return TechLayFault(errors, file, "The TECHLAY line");
   if (token == "METAL")
