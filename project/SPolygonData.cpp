@@ -117,7 +117,8 @@ void SPolygonData::WriteHeader(SProjectStream& out, int level, int material, uns
 void SPolygonData::WriteExtras(SProjectStream& out, int format) const {
   if (GetTechLayer() != nullptr && format >= 15) {
     out << "TLAYNAM ";
-    out.Name(SGeoObjectIO::TechLayerName(GetTechLayer()));
+    const STechLayer* layer = GetTechLayer();
+    out.KeyedName(layer, [layer] { return SGeoObjectIO::TechLayerName(layer); });
     out << (FollowsTechLayer() ? " INH\n" : " NOH\n");
   }
   if (itsExtras && !itsExtras->itsUserText.isEmpty()) out << "USER_DAT " << SString(itsExtras->itsUserText) << '\n';

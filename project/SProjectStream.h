@@ -38,6 +38,20 @@ public:
   SProjectStream& Number(double value, int digits);
   // A name, in double quotes when it holds a blank and isn't quoted already.
   SProjectStream& Name(const SString& name);
+  // Name(make()) for `key`; a key met just before (the technology layer of polygon after
+  // polygon) takes the text made then. Keys must stand for one name while the stream lives.
+  template <class Make> SProjectStream& KeyedName(const void* key, Make make) {
+    if (key != nullptr && key == itsNameKey) {
+      itsText.append(itsNameText);
+      return *this;
+    }
+    SProjectStream made;
+    made.Name(make());
+    itsNameKey = key;
+    itsNameText = made.Text();
+    itsText.append(itsNameText);
+    return *this;
+  }
   // "Y" or "N".
   SProjectStream& YesNo(bool on) { return *this << (on ? 'Y' : 'N'); }
 
@@ -67,6 +81,8 @@ private:
   std::function<bool(const char*, size_t)> itsSink;
   size_t itsThreshold = std::numeric_limits<size_t>::max();
   bool itsFailed = false;
+  const void* itsNameKey = nullptr;
+  std::string itsNameText;
 };
 
 // Sets the digit count of a stream for one scope (10 inside GEO, 15 for named values).

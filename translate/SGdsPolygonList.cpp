@@ -226,6 +226,8 @@ bool SGdsPolygonList::AddToProject(SXtranProject& project, SGdsLayerFile& layerF
     // New polygons number from 1; only polygons an update keeps (-q) hold ids to number on from.
     if (SCircuit* circuit = project.GetCircuit())
         SGdsPolygon::SkipFileIds(circuit->GetHighestPolygonId());
+    // Mostly one project polygon for each flat one.
+    project.ReserveNewPolygons(itsCount);
 
     // The list is consumed as it goes: each polygon is destroyed once handed over, and the
     // memory it lay in goes back as soon as no later polygon lies there, so the flat list

@@ -149,6 +149,8 @@ public:
     bool IsInverted() const { return itsInverted; }
     // The polygons this run added, in order.
     size_t GetNewPolygonCount() const { return itsNewPolygons.size(); }
+    // Room for that many more, so that the list doesn't grow by copying itself.
+    void ReserveNewPolygons(size_t count) { itsNewPolygons.reserve(itsNewPolygons.size() + count); }
     // Polygons that a merge replaced leave the list of new ones, and what it made joins it.
     void NoteMerged(const std::vector<SEnclosure*>& removed, const std::vector<SEnclosure*>& added);
 

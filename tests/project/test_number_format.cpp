@@ -155,3 +155,32 @@ TEST(NumberFormat, StreamUsesItsDigitCountAndQuotesNames) {
   out.Name("plain");
   EXPECT_EQ(out.Text(), "0.333333 0.3333333333 0.333333 -42 7 0.333333333333333 \"two words\" \"already quoted\" plain");
 }
+
+// Names written again for the same key come from the text made the first time, whatever
+// the stream handed to its sink in between.
+TEST(NumberFormat, KeyedNamesRepeatTheirTextAcrossSpills) {
+  SProjectStream out;
+  std::string sunk;
+  out.SetSink(
+      [&sunk](const char* text, size_t length) {
+        sunk.append(text, length);
+        return true;
+      },
+      4);
+  int made = 0;
+  const int first = 1, second = 2;
+  auto name = [&made](const char* text) {
+    return [&made, text] {
+      ++made;
+      return SString(text);
+    };
+  };
+  for (int i = 0; i < 3; ++i) out.KeyedName(&first, name("metal one")) << '\n';
+  out.KeyedName(&second, name("via")) << '\n';
+  out.KeyedName(&first, name("metal one")) << '\n';
+  out.KeyedName(nullptr, name("none")) << '\n';
+  out.KeyedName(nullptr, name("none")) << '\n';
+  ASSERT_TRUE(out.Flush());
+  EXPECT_EQ(sunk, "\"metal one\"\n\"metal one\"\n\"metal one\"\nvia\n\"metal one\"\nnone\nnone\n");
+  EXPECT_EQ(made, 5);
+}
