@@ -48,6 +48,17 @@ struct LayerSum
     bool selfTouching = false;
 };
 
+// The corpus stream's bytes as the test readers take them.
+bool ReadCorpusStream(const std::string& name, StreamWriter& stream)
+{
+    QFile file(CorpusStream(name));
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    QByteArray bytes = file.readAll();
+    stream.Raw(gdstest::Bytes(bytes.begin(), bytes.end()));
+    return true;
+}
+
 class CorpusFlattening : public testing::TestWithParam<std::string>
 {
 };
@@ -68,11 +79,8 @@ TEST_P(CorpusFlattening, RoundingWhilePlacingGivesTheSamePoints)
     if (totals.value("boundary").toDouble() + totals.value("box").toDouble() + totals.value("path").toDouble() >
         kMostShapes)
         GTEST_SKIP() << "more shapes than a test run flattens";
-    QFile file(CorpusStream(GetParam()));
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    QByteArray bytes = file.readAll();
     StreamWriter stream;
-    stream.Raw(gdstest::Bytes(bytes.begin(), bytes.end()));
+    ASSERT_TRUE(ReadCorpusStream(GetParam(), stream));
     Flattener turned, composed;
     ASSERT_TRUE(turned.Load(stream));
     ASSERT_TRUE(composed.Load(stream));
@@ -104,11 +112,8 @@ TEST_P(CorpusFlattening, CountsAndAreasPerLayerMatchTheOracle)
         GTEST_SKIP() << "no corpus at " << CorpusDir().toStdString();
     if (oracle.value("gzip_compressed").toBool())
         GTEST_SKIP() << "compressed stream";
-    QFile file(CorpusStream(GetParam()));
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    QByteArray bytes = file.readAll();
     StreamWriter stream;
-    stream.Raw(gdstest::Bytes(bytes.begin(), bytes.end()));
+    ASSERT_TRUE(ReadCorpusStream(GetParam(), stream));
     Flattener f;
     ASSERT_TRUE(f.Load(stream));
 
