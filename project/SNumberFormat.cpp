@@ -87,8 +87,9 @@ int Compose(bool negative, uint64_t mantissa, int exponent, int digits, char* ou
 constexpr double kPow10D[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
 
 // Layout values are mostly short decimals (database units of a nanometre or so in
-// microns). When the double is the nearest one to r / 10^k with r of at most `digits`
-// digits, that decimal is exactly what rounding to `digits` places gives. The smallest
+// microns), or lie within a few units in the last place of one. When the double is the
+// nearest one to r / 10^k with r of at most `digits` digits, that decimal is exactly what
+// rounding to `digits` places gives. The smallest
 // such k has no trailing zero. 0 when this doesn't apply.
 //
 // One scaling by the largest k that keeps r within `digits` digits tells it for every
@@ -100,8 +101,16 @@ int ShortDecimal(bool negative, double magnitude, int digits, char* buffer) {
   while (wholeDigits < 16 && magnitude >= kPow10D[wholeDigits]) ++wholeDigits;
   const int k = digits - wholeDigits;
   if (k < 1) return 0;
-  const double rounded = std::nearbyint(magnitude * kPow10D[k]);
-  if (rounded / kPow10D[k] != magnitude || rounded >= static_cast<double>(kPow10[digits])) return 0;
+  const double scaled = magnitude * kPow10D[k];
+  const double rounded = std::nearbyint(scaled);
+  if (rounded >= static_cast<double>(kPow10[digits])) return 0;
+  // Sums of such decimals (a coordinate moved by the box's corner) often miss them by a
+  // unit in the last place. With whole digits, `scaled` holds exactly the digits printing
+  // keeps, and misses the true product by far less than 0.01 (at most 12 digits), so away
+  // from a half its nearest integer is what printing gives.
+  if (rounded / kPow10D[k] != magnitude &&
+      (wholeDigits == 0 || digits > 12 || std::fabs(scaled - rounded) > 0.49))
+    return 0;
   const uint64_t r = static_cast<uint64_t>(rounded);
   const uint64_t whole = r / kPow10[k];
   uint64_t fraction = r % kPow10[k];

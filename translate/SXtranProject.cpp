@@ -312,7 +312,7 @@ void SXtranProject::Place(SEnclosure* object, SPolygonData* shape, SLevel* level
         shape->SetVertices(std::move(points));
     }
     level->AddChild(object);
-    itsNewPolygons.push_back(NewShape{object, shape});
+    itsNewPolygons.push_back(object);
 }
 
 SMetalPolygon* SXtranProject::AddMetalPolygon(const SPoint* points, int count, int level, SMetalType* type,
@@ -565,8 +565,8 @@ int SXtranProject::GetGroundLevel() const
 void SXtranProject::ForEachShape(bool newOnly, void (*visit)(SPolygonData&, void*), void* data) const
 {
     if (newOnly) {
-        for (const NewShape& shape : itsNewPolygons)
-            visit(*shape.itsShape, data);
+        for (SEnclosure* object : itsNewPolygons)
+            visit(*ShapeOf(object), data);
         return;
     }
     if (!itsCircuit)
@@ -583,13 +583,13 @@ void SXtranProject::NoteMerged(const std::vector<SEnclosure*>& removed, const st
         std::vector<SEnclosure*> gone(removed);
         std::sort(gone.begin(), gone.end());
         itsNewPolygons.erase(std::remove_if(itsNewPolygons.begin(), itsNewPolygons.end(),
-                                            [&gone](const NewShape& shape) {
-                                                return std::binary_search(gone.begin(), gone.end(), shape.itsObject);
+                                            [&gone](SEnclosure* object) {
+                                                return std::binary_search(gone.begin(), gone.end(), object);
                                             }),
                              itsNewPolygons.end());
     }
     for (SEnclosure* object : added)
-        itsNewPolygons.push_back(NewShape{object, ShapeOf(object)});
+        itsNewPolygons.push_back(object);
     for (SEnclosure* object : removed)
         --(object->isA() == SID_BRICKPOLYGON ? itsBrickCount : itsPolygonCount);
     for (SEnclosure* object : added)

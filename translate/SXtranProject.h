@@ -172,12 +172,6 @@ public:
     bool itsSimpleVias = false;
 
 private:
-    struct NewShape
-    {
-        SEnclosure* itsObject;
-        SPolygonData* itsShape;
-    };
-
     // Copies the points without a closing repeat; false for fewer than two.
     static bool OpenPoints(const SPoint* points, int count, std::vector<SPoint>& out);
     // The level for a new polygon; fatal when it is missing.
@@ -200,7 +194,8 @@ private:
     SPoint itsDelta;
     bool itsInverted = false;
     SMargin itsMargin;
-    std::vector<NewShape> itsNewPolygons;
+    // The shape of each is found again when visited: a pointer less for each of millions.
+    std::vector<SEnclosure*> itsNewPolygons;
 };
 
 #endif
