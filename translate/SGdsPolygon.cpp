@@ -279,10 +279,14 @@ bool ScaleToSixDigits(double magnitude, double& scaled, int& shift)
 {
     if (!(magnitude >= 1e-16 && magnitude < 1e21))
         return false;
-    int binaryExponent;
-    std::frexp(magnitude, &binaryExponent);
+    // The exponent frexp gives, from the bits: every magnitude here is a normal number.
+    uint64_t bits;
+    std::memcpy(&bits, &magnitude, sizeof bits);
+    const int binaryExponent = int((bits >> 52) & 0x7ff) - 1022;
     // Never above floor(log10(magnitude)), and at most one below it.
-    int exponent = int(std::floor((binaryExponent - 1) * 0.30102999566398114));
+    const double estimate = (binaryExponent - 1) * 0.30102999566398114;
+    int exponent = int(estimate);
+    exponent -= estimate < exponent;
     for (int attempt = 0; attempt < 2; ++attempt) {
         shift = 5 - exponent;
         scaled = shift >= 0 ? magnitude * kPowersOfTen[shift] : magnitude / kPowersOfTen[-shift];
@@ -305,7 +309,8 @@ double SGdsPolygon::RoundToSixDigits(double value)
     int shift;
     if (!ScaleToSixDigits(std::fabs(value), scaled, shift))
         return std::isfinite(value) && value != 0.0 ? RoundThroughText(value) : value;
-    double whole = std::floor(scaled);
+    // Positive and below 1e6: truncation is the floor.
+    double whole = double(int64_t(scaled));
     double fraction = scaled - whole;
     if (std::fabs(fraction - 0.5) < 1e-7)
         return RoundThroughText(value);
@@ -323,7 +328,7 @@ bool SGdsPolygon::RoundAwayFromTie(double value, double margin, double& rounded)
     if (magnitude <= margin || !ScaleToSixDigits(magnitude, scaled, shift))
         return false;
     double scaledMargin = shift >= 0 ? margin * kPowersOfTen[shift] : margin / kPowersOfTen[-shift];
-    double whole = std::floor(scaled);
+    double whole = double(int64_t(scaled));
     double fraction = scaled - whole;
     if (std::fabs(fraction - 0.5) < 2e-7 + scaledMargin)
         return false;
