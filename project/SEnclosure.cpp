@@ -20,6 +20,7 @@ void SBaseEnclosure::AddChild(SBaseEnclosure* child) {
   if (!itsChildren) itsChildren.reset(new SOrdered);
   child->itsOwner = this;
   itsChildren->append(child);
+  NoteChild(child, 1);
 }
 
 void SBaseEnclosure::InsertChild(size_t index, SBaseEnclosure* child) {
@@ -29,6 +30,7 @@ void SBaseEnclosure::InsertChild(size_t index, SBaseEnclosure* child) {
     itsChildren->append(child);
   else
     itsChildren->insertAt(index, child);
+  NoteChild(child, 1);
 }
 
 bool SBaseEnclosure::RemoveChild(SBaseEnclosure* child) {
@@ -38,6 +40,7 @@ bool SBaseEnclosure::RemoveChild(SBaseEnclosure* child) {
     if (itsChildren->at(i) == child) {
       itsChildren->removeAt(i);
       child->itsOwner = nullptr;
+      NoteChild(child, -1);
       return true;
     }
   }
@@ -52,6 +55,7 @@ void SBaseEnclosure::TakeChildren(const std::function<bool(const SBaseEnclosure*
     SBaseEnclosure* child = static_cast<SBaseEnclosure*>(item);
     if (which(child)) {
       child->itsOwner = nullptr;
+      NoteChild(child, -1);
       taken.push_back(child);
     } else {
       kept.push_back(item);
@@ -64,7 +68,10 @@ void SBaseEnclosure::TakeChildren(const std::function<bool(const SBaseEnclosure*
 
 void SBaseEnclosure::DestroyChildren() {
   if (!itsChildren) return;
-  for (SCollectable* c : *itsChildren) delete c;
+  for (SCollectable* c : *itsChildren) {
+    NoteChild(static_cast<SBaseEnclosure*>(c), -1);
+    delete c;
+  }
   itsChildren.reset();
 }
 

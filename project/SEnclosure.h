@@ -46,6 +46,12 @@ public:
   SCircuit* GetCircuit() const;
 
 protected:
+  // Told of each child that comes (+1) or goes (-1), so that a node can count kinds of them.
+  virtual void NoteChild(const SBaseEnclosure* child, int change) {
+    (void)child;
+    (void)change;
+  }
+
   SBaseEnclosure* itsOwner = nullptr;
   std::unique_ptr<SOrdered> itsChildren;
 };

@@ -116,6 +116,14 @@ SLevel::SLevel(SBaseEnclosure* owner, int index) : itsIndex(index) {
   if (owner != nullptr) owner->AddChild(this);
 }
 
+void SLevel::NoteChild(const SBaseEnclosure* child, int change) {
+  const ClassID id = child->isA();
+  if (id == SID_TECHLAYER)
+    itsTechLayers += static_cast<size_t>(change);
+  else if (id == SID_SMDEV)
+    itsComponents += static_cast<size_t>(change);
+}
+
 void SLevel::SetIndex(int index) {
   itsIndex = index;
   NameValues(index);

@@ -80,10 +80,20 @@ public:
   // Copies the dielectric, not the polygons.
   void CopyDielectric(const SLevelData& other);
 
+  // How many children are technology layers, and components: a search for them among
+  // millions of polygons stops once it has found them all.
+  size_t GetTechLayerCount() const { return itsTechLayers; }
+  size_t GetComponentCount() const { return itsComponents; }
+
+protected:
+  void NoteChild(const SBaseEnclosure* child, int change) override;
+
 private:
   int itsIndex = 0;
   long itsCount1 = 0;
   long itsCount2 = 0;
+  size_t itsTechLayers = 0;
+  size_t itsComponents = 0;
 };
 
 #endif

@@ -348,8 +348,12 @@ bool SSMDev::ReadParameters(SFile& file) {
 void SSMDev::Collect(const SCircuit& circuit, std::vector<SSMDev*>& list) {
   for (int i = 0; i < circuit.GetNumberOfLevels(); ++i) {
     const SLevel* level = circuit.GetLevel(i);
-    for (size_t j = 0; j < level->GetNumberOfChildren(); ++j)
-      if (level->GetChild(j)->isA() == SID_SMDEV) list.push_back(static_cast<SSMDev*>(level->GetChild(j)));
+    size_t wanted = level->GetComponentCount();
+    for (size_t j = 0; wanted > 0 && j < level->GetNumberOfChildren(); ++j)
+      if (level->GetChild(j)->isA() == SID_SMDEV) {
+        list.push_back(static_cast<SSMDev*>(level->GetChild(j)));
+        --wanted;
+      }
   }
 }
 

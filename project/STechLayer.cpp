@@ -468,8 +468,12 @@ void STechLayer::CopyFrom(const STechLayer& other) {
 void STechLayer::GetAll(const SCircuit& circuit, std::vector<STechLayer*>& list) {
   for (int i = 0; i < circuit.GetNumberOfLevels(); ++i) {
     const SLevel* level = circuit.GetLevel(i);
-    for (size_t c = 0; c < level->GetNumberOfChildren(); ++c)
-      if (level->GetChild(c)->isA() == SID_TECHLAYER) list.push_back(static_cast<STechLayer*>(level->GetChild(c)));
+    size_t wanted = level->GetTechLayerCount();
+    for (size_t c = 0; wanted > 0 && c < level->GetNumberOfChildren(); ++c)
+      if (level->GetChild(c)->isA() == SID_TECHLAYER) {
+        list.push_back(static_cast<STechLayer*>(level->GetChild(c)));
+        --wanted;
+      }
   }
 }
 

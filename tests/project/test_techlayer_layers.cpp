@@ -4,6 +4,7 @@
 #include "SBrickPolygon.h"
 #include "SBrickType.h"
 #include "SCircuit.h"
+#include "SGeoClassID.h"
 #include "SGeometryBlock.h"
 #include "SLevel.h"
 #include "SMetalPolygon.h"
@@ -424,4 +425,42 @@ TEST_F(TechLayerTest, ALevelTakesItsLayersAlongAndFreesTheirPolygons) {
   itsCircuit.GetTechLayers(layers);
   ASSERT_EQ(layers.size(), 1u);
   EXPECT_EQ(layers[0], lower);
+}
+
+// The list of technology layers stops searching a level once it has found as many as the
+// level holds: layers made after many polygons, moved to another level or taken out must
+// all be counted right.
+TEST_F(TechLayerTest, LayersAreFoundWhereverTheyStandAmongPolygons) {
+  SProject project;
+  SCircuit* circuit = Read(project, kLayers);
+  ASSERT_NE(circuit, nullptr);
+  auto names = [circuit]() {
+    std::vector<STechLayer*> layers;
+    circuit->GetTechLayers(layers);
+    std::string text;
+    for (const STechLayer* layer : layers) text += std::string(layer->GetName().data()) + ";";
+    return text;
+  };
+  const std::string before = names();
+  EXPECT_EQ(before, "Top metal;V1;B;");
+  SLevel* level = circuit->GetLevel(0);
+  for (int i = 0; i < 1000; ++i) level->AddChild(new SMetalPolygon);
+  STechLayer* late = new STechLayer;
+  late->SetLayerType(STechLayer::Metal);
+  late->SetName("late");
+  level->AddChild(late);
+  EXPECT_EQ(names(), "Top metal;V1;late;B;");
+  late->SetLevel(1);
+  EXPECT_EQ(names(), "Top metal;V1;B;late;");
+  std::vector<SBaseEnclosure*> taken;
+  circuit->GetLevel(1)->TakeChildren([late](const SBaseEnclosure* child) { return child == late; }, taken);
+  EXPECT_EQ(taken.size(), 1u);
+  for (SBaseEnclosure* child : taken) delete child;
+  EXPECT_EQ(names(), before);
+  EXPECT_EQ(level->GetTechLayerCount(), 2u);
+  taken.clear();
+  level->TakeChildren([](const SBaseEnclosure* child) { return child->isA() == SID_METALPOLYGON; }, taken);
+  for (SBaseEnclosure* child : taken) delete child;
+  EXPECT_EQ(level->GetTechLayerCount(), 2u);
+  EXPECT_EQ(names(), before);
 }
