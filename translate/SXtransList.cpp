@@ -169,10 +169,13 @@ void SXtransList::Compose() const
         const double gain = std::fabs(mag) * (std::fabs(c) + std::fabs(s));
         const double offset = std::fmax(std::fabs(ox), std::fabs(oy));
         const double translation = std::fmax(std::fabs(entry.itsTranslation.x()), std::fabs(entry.itsTranslation.y()));
+        // The polar angle carries an error of a unit in its last place, which grows with
+        // the angle: turns of thousands of degrees lose digits there.
+        const double error = kPolarError * (1.0 + std::fabs(entry.itsAngle) * 0.017453292519943295);
         alpha = gain * alpha;
         beta = gain * (beta + offset) + translation;
-        errorScale = gain * errorScale + kPolarError * alpha;
-        errorBase = gain * errorBase + kPolarError * beta;
+        errorScale = gain * errorScale + error * alpha;
+        errorBase = gain * errorBase + error * beta;
     }
     std::memcpy(itsMatrix, a, sizeof a);
     std::memcpy(itsShift, b, sizeof b);

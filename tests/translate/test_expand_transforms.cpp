@@ -136,7 +136,8 @@ TEST(XtransList, RepeatedPlacementsGiveTheSameBitsAsEachTransformInTurn)
 TEST(XtransList, ComposedPlacementRoundsAsTheTurnsDo)
 {
     std::mt19937 random(11);
-    const double angles[] = {0, 90, 180, 270, -90, 450, 30, 45, 12.5};
+    // Turns of millions of degrees, right or not, lose digits in the polar angle.
+    const double angles[] = {0, 90, 180, 270, -90, 450, 30, 45, 12.5, 36000090, -7200045.5};
     const double magnifications[] = {1, 1, 0.5, 2, 3.7};
     const double factors[] = {1, 1, 1e-3, 1e3, 0.3048};
     std::uniform_int_distribution<int> pick(0, 1000);
@@ -151,7 +152,7 @@ TEST(XtransList, ComposedPlacementRoundsAsTheTurnsDo)
         for (size_t k = 0; k < depth; ++k) {
             SXtrans& entry = entries[k];
             entry = SXtrans();
-            entry.itsAngle = angles[size_t(pick(random)) % 9];
+            entry.itsAngle = angles[size_t(pick(random)) % 11];
             entry.itsMagnification = magnifications[size_t(pick(random)) % 5];
             entry.itsReflection = pick(random) % 2 == 1;
             entry.itsTranslation = SPoint(grid(random) * 0.005, grid(random) * 0.005);
