@@ -400,8 +400,7 @@ void SCircuit::WritePolygons(SProjectStream& out, int format) const {
     for (const auto& shape : batches[0]) write(out, shape);
     if (next.valid()) {
       next.get();
-      out.Append(side.Text().data(), side.Text().size());
-      side.Clear();
+      out.AppendStream(side);
     } else {
       for (const auto& shape : batches[1]) write(out, shape);
     }

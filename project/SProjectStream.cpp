@@ -52,6 +52,17 @@ void SProjectStream::SetSink(std::function<bool(const char*, size_t)> sink, size
   itsText.reserve(itsSink ? threshold + 4096 : itsText.capacity());
 }
 
+SProjectStream& SProjectStream::AppendStream(SProjectStream& other) {
+  if (itsSink && !other.itsText.empty()) {
+    Flush();
+    if (!itsFailed && !itsSink(other.itsText.data(), other.itsText.size())) itsFailed = true;
+  } else {
+    itsText.append(other.itsText);
+  }
+  other.itsText.clear();
+  return *this;
+}
+
 bool SProjectStream::Flush() {
   if (!itsSink) return !itsFailed;
   if (!itsFailed && !itsText.empty() && !itsSink(itsText.data(), itsText.size())) itsFailed = true;

@@ -34,6 +34,9 @@ public:
     itsText.append(text, length);
     return *this;
   }
+  // The text of another stream after this one's; with a sink, handed on as it stands rather
+  // than copied in. The other stream is left empty.
+  SProjectStream& AppendStream(SProjectStream& other);
   // One number with its own digit count.
   SProjectStream& Number(double value, int digits);
   // A name, in double quotes when it holds a blank and isn't quoted already.

@@ -184,3 +184,28 @@ TEST(NumberFormat, KeyedNamesRepeatTheirTextAcrossSpills) {
   EXPECT_EQ(sunk, "\"metal one\"\n\"metal one\"\n\"metal one\"\nvia\n\"metal one\"\nnone\nnone\n");
   EXPECT_EQ(made, 5);
 }
+
+// Another stream's text follows in order, handed to the sink as it stands when there is one.
+TEST(NumberFormat, AppendedStreamsKeepTheOrderWithAndWithoutASink) {
+  std::string sunk;
+  SProjectStream withSink;
+  withSink.SetSink(
+      [&sunk](const char* text, size_t length) {
+        sunk.append(text, length);
+        return true;
+      },
+      1000);
+  SProjectStream plain;
+  for (SProjectStream* out : {&withSink, &plain}) {
+    SProjectStream side;
+    *out << "first " << 1.5 << '\n';
+    side << "second " << 2.5 << '\n';
+    out->AppendStream(side);
+    EXPECT_TRUE(side.Text().empty());
+    *out << "third\n";
+    out->AppendStream(side);
+  }
+  ASSERT_TRUE(withSink.Flush());
+  EXPECT_EQ(sunk, "first 1.5\nsecond 2.5\nthird\n");
+  EXPECT_EQ(plain.Text(), sunk);
+}
