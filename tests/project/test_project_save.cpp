@@ -12,7 +12,10 @@
 #include <QDir>
 #include <QFileInfo>
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
+#include <string>
+#include <vector>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -239,4 +242,45 @@ TEST_F(ProjectTest, LargeProjectsAreStreamedToTheirFile) {
   EXPECT_FALSE(full.Finish());
   EXPECT_TRUE(FileText(path) == whole);
   EXPECT_FALSE(QFileInfo::exists(full.GetTemporaryName().qstring()));
+}
+
+// Polygons are formatted by two threads in batches: the file must still hold them level by
+// level, each level's in the order they were added, and each polygon whole.
+TEST_F(ProjectTest, PolygonsWrittenInBatchesKeepTheirOrder) {
+  SProject project;
+  project.GetDimensionBlock()->SetDefaults();
+  project.GetGeometryBlock()->SetDefaults();
+  SCircuit* circuit = project.GetGeometryBlock()->GetCircuit();
+  const int count = 40001;
+  std::vector<long long> expected[2];
+  for (int i = 0; i < count; ++i) {
+    SMetalPolygon* polygon = new SMetalPolygon;
+    const long long id = (i * 7919LL) % count + 1;
+    polygon->SetId(id);
+    const double x = i % 100 * 1.25, y = i / 100 * 0.5;
+    polygon->SetVertices({SPoint(x, y), SPoint(x + 1, y), SPoint(x + 1, y + 0.25)});
+    const int level = i % 3 == 0 ? 1 : 0;
+    circuit->GetLevel(level)->AddChild(polygon);
+    expected[level].push_back(id);
+  }
+  const std::string text = WriteText(project);
+  // Each polygon: its line with level, point count and id, three points and the closing one.
+  std::vector<long long> written;
+  size_t at = text.find("\nNUM ");
+  ASSERT_NE(at, std::string::npos);
+  at = text.find('\n', at + 1) + 1;
+  while (written.size() < size_t(count)) {
+    int level = -1, points = 0;
+    long long id = 0;
+    char fill = 0;
+    ASSERT_EQ(std::sscanf(text.c_str() + at, "%d %d %*d %c %lld", &level, &points, &fill, &id), 4)
+        << "after " << written.size() << " polygons: " << text.substr(at, 60);
+    EXPECT_EQ(points, 4);
+    EXPECT_EQ(level, written.size() < expected[0].size() ? 0 : 1);
+    written.push_back(id);
+    for (int line = 0; line < 1 + points + 1; ++line) at = text.find('\n', at) + 1;
+  }
+  std::vector<long long> all = expected[0];
+  all.insert(all.end(), expected[1].begin(), expected[1].end());
+  EXPECT_TRUE(written == all);
 }
