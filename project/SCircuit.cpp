@@ -377,17 +377,22 @@ void SCircuit::WritePolygons(SProjectStream& out, int format) const {
     default: static_cast<const SMetalPolygon*>(node)->Write(to, index, format, feet); break;
     }
   };
-  // Number formatting is most of a large project's writing: the shapes go in batches, and
-  // while this thread writes one, a second formats the next into text of its own, which
-  // follows in order. Writing a shape changes nothing it can reach.
+  // Number formatting is most of a large project's writing: the shapes go in pairs of
+  // batches, and while this thread writes the first of a pair, a second formats the other
+  // into text of its own. That text goes to the file while the second thread formats the
+  // next pair's, so that neither waits on the other's writing. Writing a shape changes
+  // nothing it can reach.
   const size_t kBatch = 16384;
   SProgress& progress = Progress();
   uint64_t collected = 0;
   std::vector<std::pair<int, const SBaseEnclosure*>> batches[2];
-  SProjectStream side;
-  side.SetDigits(out.Digits());
+  SProjectStream sides[2];
+  for (SProjectStream& side : sides) side.SetDigits(out.Digits());
+  SProjectStream* pending = nullptr;
+  int nextSide = 0;
   auto flush = [&]() {
     std::future<void> next;
+    SProjectStream& side = sides[nextSide];
     if (!batches[1].empty()) {
       try {
         next = std::async(std::launch::async, [&]() {
@@ -397,10 +402,15 @@ void SCircuit::WritePolygons(SProjectStream& out, int format) const {
         // No second thread to be had: this one writes both.
       }
     }
+    if (pending) {
+      out.AppendStream(*pending);
+      pending = nullptr;
+    }
     for (const auto& shape : batches[0]) write(out, shape);
     if (next.valid()) {
       next.get();
-      out.AppendStream(side);
+      pending = &side;
+      nextSide ^= 1;
     } else {
       for (const auto& shape : batches[1]) write(out, shape);
     }
@@ -417,6 +427,7 @@ void SCircuit::WritePolygons(SProjectStream& out, int format) const {
     });
   }
   flush();
+  if (pending) out.AppendStream(*pending);
 }
 
 // ---- components
