@@ -68,10 +68,10 @@ void SPolygonData::RemoveDuplicates() {
   itsVertices.swap(kept);
 }
 
-SRect SPolygonData::GetBoundingRect() const {
-  if (itsVertices.empty()) return SRect();
-  double x1 = itsVertices[0].x(), x2 = x1, y1 = itsVertices[0].y(), y2 = y1;
-  for (const SPoint& p : itsVertices) {
+SRect SPolygonData::BoundsOf(const std::vector<SPoint>& points) {
+  if (points.empty()) return SRect();
+  double x1 = points[0].x(), x2 = x1, y1 = points[0].y(), y2 = y1;
+  for (const SPoint& p : points) {
     x1 = std::min(x1, p.x());
     x2 = std::max(x2, p.x());
     y1 = std::min(y1, p.y());
@@ -82,12 +82,12 @@ SRect SPolygonData::GetBoundingRect() const {
 
 SPoint SPolygonData::GetCenter() const { return GetBoundingRect().center(); }
 
-double SPolygonData::Area() const {
+double SPolygonData::SignedArea(const std::vector<SPoint>& points) {
   double twice = 0.0;
-  const size_t n = itsVertices.size();
+  const size_t n = points.size();
   for (size_t i = 0; i < n; ++i) {
-    const SPoint& a = itsVertices[i];
-    const SPoint& b = itsVertices[(i + 1) % n];
+    const SPoint& a = points[i];
+    const SPoint& b = points[(i + 1) % n];
     twice += a.x() * b.y() - b.x() * a.y();
   }
   return twice / 2.0;

@@ -66,11 +66,15 @@ public:
   void ReserveVertices(size_t n) { itsVertices.reserve(n); }
   // Drops consecutive repeats, the last against the first too.
   void RemoveDuplicates();
-  SRect GetBoundingRect() const;
+  SRect GetBoundingRect() const { return BoundsOf(itsVertices); }
+  // Of any outline: the empty rectangle for no points, and the area positive when clockwise
+  // in a y-down frame (the shoelace sum, halved).
+  static SRect BoundsOf(const std::vector<SPoint>& points);
+  static double SignedArea(const std::vector<SPoint>& points);
   SPoint GetCenter() const;
   bool IsClockwise() const;
   void Reverse();
-  double Area() const;
+  double Area() const { return SignedArea(itsVertices); }
   void MoveVertices(const SPoint& delta);
 
   // The fields of the polygon line from the level on, and its line feed. `lengthFactor`

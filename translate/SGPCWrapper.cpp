@@ -1,5 +1,7 @@
 #include "SGPCWrapper.h"
 
+#include "SPolygonData.h"
+
 #include <clipper.hpp>
 
 #include <algorithm>
@@ -58,29 +60,6 @@ struct SScale {
   }
 };
 
-double SignedArea(const std::vector<SPoint>& points) {
-  double sum = 0.0;
-  const size_t n = points.size();
-  for (size_t i = 0; i < n; ++i) {
-    const SPoint& a = points[i];
-    const SPoint& b = points[(i + 1) % n];
-    sum += a.x() * b.y() - a.y() * b.x();
-  }
-  return sum / 2.0;
-}
-
-SRect BoundsOf(const std::vector<SPoint>& points) {
-  if (points.empty()) return SRect();
-  double x1 = points[0].x(), x2 = x1, y1 = points[0].y(), y2 = y1;
-  for (const SPoint& p : points) {
-    x1 = std::min(x1, p.x());
-    x2 = std::max(x2, p.x());
-    y1 = std::min(y1, p.y());
-    y2 = std::max(y2, p.y());
-  }
-  return SRect(x1, y1, x2, y2);
-}
-
 // Two edges lie on one line and share a stretch longer than a point.
 bool EdgesShareStretch(const SPoint& a1, const SPoint& a2, const SPoint& b1, const SPoint& b2, double tolerance) {
   const double dxa = a2.x() - a1.x(), dya = a2.y() - a1.y();
@@ -123,7 +102,7 @@ int QuickRelation(const std::vector<SPoint>& a, const std::vector<SPoint>& b, do
       const SPoint& v = p[(i + 1) % 4];
       if (u.x() != v.x() && u.y() != v.y()) return false;
     }
-    r = BoundsOf(p);
+    r = SPolygonData::BoundsOf(p);
     return r.width() > 0 && r.height() > 0;
   };
   SRect ra, rb;
@@ -215,7 +194,7 @@ void SClipperAccess::TakePaths(SGPCWrapper& result, const ClipperLib::Paths& pat
   }
 }
 
-bool IsClockwise(const std::vector<SPoint>& points) { return SignedArea(points) > 0.0; }
+bool IsClockwise(const std::vector<SPoint>& points) { return SPolygonData::SignedArea(points) > 0.0; }
 
 SGPCWrapper::SGPCWrapper(const std::vector<SPoint>& points, SEnclosure* source, double tolerance)
     : itsSource(source), itsTolerance(tolerance) {
@@ -234,7 +213,7 @@ void SGPCWrapper::ComputeBoundingBox() {
   bool first = true;
   for (const std::vector<SPoint>& contour : itsContours) {
     if (contour.empty()) continue;
-    const SRect box = BoundsOf(contour);
+    const SRect box = SPolygonData::BoundsOf(contour);
     itsBoundingBox = first ? box : itsBoundingBox.united(box);
     first = false;
   }
@@ -375,10 +354,10 @@ bool SGPCWrapper::ConnectHoles() {
     bool found = false;
     for (size_t i = 0; i < contours.size(); ++i) {
       if (!holes[i]) continue;
-      const SRect hole = BoundsOf(contours[i]);
+      const SRect hole = SPolygonData::BoundsOf(contours[i]);
       for (size_t j = 0; j < contours.size(); ++j) {
         if (j == i) continue;
-        const SRect box = BoundsOf(contours[j]);
+        const SRect box = SPolygonData::BoundsOf(contours[j]);
         if (box.x1() >= hole.x1() && box.x2() <= hole.x2() && box.y1() >= hole.y1() && box.y2() <= hole.y2()) continue;
         const auto& target = contours[j];
         for (size_t v = 0; v < contours[i].size(); ++v)
@@ -430,7 +409,7 @@ bool SGPCWrapper::ConnectHoles() {
 double SGPCWrapper::Area() const {
   double area = 0.0;
   for (size_t i = 0; i < itsContours.size(); ++i) {
-    const double a = std::fabs(SignedArea(itsContours[i]));
+    const double a = std::fabs(SPolygonData::SignedArea(itsContours[i]));
     area += itsHoles[i] ? -a : a;
   }
   return area;

@@ -1,5 +1,7 @@
 #include "SViaFill.h"
 
+#include "SPolygonData.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -68,26 +70,9 @@ double IndexArea2(const std::vector<SPoint>& outline, double hx, double hy)
     return sum;
 }
 
-struct Bounds
+double CellsOver(const SRect& b, double hx, double hy)
 {
-    double minX, minY, maxX, maxY;
-};
-
-Bounds BoundsOf(const std::vector<SPoint>& points)
-{
-    Bounds b{points[0].x(), points[0].y(), points[0].x(), points[0].y()};
-    for (const SPoint& p : points) {
-        b.minX = std::min(b.minX, p.x());
-        b.maxX = std::max(b.maxX, p.x());
-        b.minY = std::min(b.minY, p.y());
-        b.maxY = std::max(b.maxY, p.y());
-    }
-    return b;
-}
-
-double CellsOver(const Bounds& b, double hx, double hy)
-{
-    return ((b.maxX - b.minX) / (2.0 * hx) + 2.0) * ((b.maxY - b.minY) / (2.0 * hy) + 2.0);
+    return (b.width() / (2.0 * hx) + 2.0) * (b.height() / (2.0 * hy) + 2.0);
 }
 
 // The cells that the segment p-q in index space crosses, from p to q, as odd
@@ -289,7 +274,7 @@ bool SViaFill::BuildOutline()
         if (!(std::fabs(p.x() / hx) <= kMaxIndex && std::fabs(p.y() / hy) <= kMaxIndex))
             return false;
     }
-    if (!(CellsOver(BoundsOf(itsPoints), hx, hy) <= kMaxCells))
+    if (!(CellsOver(SPolygonData::BoundsOf(itsPoints), hx, hy) <= kMaxCells))
         return false;
     auto outline = std::make_unique<std::vector<SPoint>>(itsPoints);
     const SPoint first = outline->front();
@@ -635,11 +620,11 @@ void SViaFill::ExecuteTiny()
 void SViaFill::ExecuteSmall()
 {
     const std::vector<SPoint>& outline = *itsOutline;
-    const Bounds bounds = BoundsOf(outline);
+    const SRect bounds = SPolygonData::BoundsOf(outline);
     std::vector<SPoint> shifted;
     shifted.reserve(outline.size());
     for (const SPoint& p : outline)
-        shifted.push_back(p - SPoint(bounds.minX, bounds.minY));
+        shifted.push_back(p - SPoint(bounds.x1(), bounds.y1()));
     std::unique_ptr<Grid> fine;
     int factor = 2;
     for (int i = 0; i < kMaxFineSteps; ++i, factor *= 2) {
@@ -654,14 +639,14 @@ void SViaFill::ExecuteSmall()
             break;
         }
     }
-    const double midX = (bounds.minX + bounds.maxX) / 2.0, midY = (bounds.minY + bounds.maxY) / 2.0;
+    const double midX = (bounds.x1() + bounds.x2()) / 2.0, midY = (bounds.y1() + bounds.y2()) / 2.0;
     if (fine) {
         // Under one cell across, the fine cells all fall in coarse cell 1: move it onto
         // the cell that holds the middle.
-        const int shiftX = bounds.maxX - bounds.minX < 2.0 * itsHalfCellX ? CenterIndex(midX, itsHalfCellX) - 1
-                                                                           : Index(bounds.minX, itsHalfCellX);
-        const int shiftY = bounds.maxY - bounds.minY < 2.0 * itsHalfCellY ? CenterIndex(midY, itsHalfCellY) - 1
-                                                                           : Index(bounds.minY, itsHalfCellY);
+        const int shiftX = bounds.width() < 2.0 * itsHalfCellX ? CenterIndex(midX, itsHalfCellX) - 1
+                                                             : Index(bounds.x1(), itsHalfCellX);
+        const int shiftY = bounds.height() < 2.0 * itsHalfCellY ? CenterIndex(midY, itsHalfCellY) - 1
+                                                             : Index(bounds.y1(), itsHalfCellY);
         std::unordered_set<SViaCoordinates, SViaCoordinatesHash> taken;
         SViaSegment run;
         fine->Walk([&](int x, int y, bool) {
@@ -691,9 +676,9 @@ void SViaFill::KeepMiddleCell()
 {
     if (CountCells() <= 1)
         return;
-    const Bounds bounds = BoundsOf(*itsOutline);
-    const double mx = (bounds.minX + bounds.maxX) / 2.0 / itsHalfCellX;
-    const double my = (bounds.minY + bounds.maxY) / 2.0 / itsHalfCellY;
+    const SRect bounds = SPolygonData::BoundsOf(*itsOutline);
+    const double mx = (bounds.x1() + bounds.x2()) / 2.0 / itsHalfCellX;
+    const double my = (bounds.y1() + bounds.y2()) / 2.0 / itsHalfCellY;
     double best = std::numeric_limits<double>::infinity();
     SViaCoordinates kept;
     for (const SViaSegment& segment : itsSegments) {

@@ -14,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "SPolygonData.h"
 #include "SViaFill.h"
 
 namespace {
@@ -94,38 +95,21 @@ double DistanceToBoundary(const std::vector<SPoint>& outline, const Centre& cell
     return best;
 }
 
-struct Box
-{
-    double x1, x2, y1, y2;
-};
-
-Box BoundsOf(const std::vector<SPoint>& outline)
-{
-    Box b{outline[0].x(), outline[0].x(), outline[0].y(), outline[0].y()};
-    for (const SPoint& p : outline) {
-        b.x1 = std::min(b.x1, p.x());
-        b.x2 = std::max(b.x2, p.x());
-        b.y1 = std::min(b.y1, p.y());
-        b.y2 = std::max(b.y2, p.y());
-    }
-    return b;
-}
-
 bool InBounds(const std::vector<SPoint>& outline, const Centre& cell)
 {
-    const Box b = BoundsOf(outline);
+    const SRect b = SPolygonData::BoundsOf(outline);
     const double x = cell.first * kHalf, y = cell.second * kHalf;
-    return b.x1 < x && x < b.x2 && b.y1 < y && y < b.y2;
+    return b.x1() < x && x < b.x2() && b.y1() < y && y < b.y2();
 }
 
 // Every cell centre over the outline's bounds for which `keep(where)` holds.
 template <class Keep>
 Cells CellsWhere(const std::vector<SPoint>& outline, Keep keep)
 {
-    const Box b = BoundsOf(outline);
+    const SRect b = SPolygonData::BoundsOf(outline);
     Cells cells;
-    for (int y = int(std::floor(b.y1)) * 2 - 1; y <= int(std::ceil(b.y2)) * 2 + 1; y += 2)
-        for (int x = int(std::floor(b.x1)) * 2 - 1; x <= int(std::ceil(b.x2)) * 2 + 1; x += 2)
+    for (int y = int(std::floor(b.y1())) * 2 - 1; y <= int(std::ceil(b.y2())) * 2 + 1; y += 2)
+        for (int x = int(std::floor(b.x1())) * 2 - 1; x <= int(std::ceil(b.x2())) * 2 + 1; x += 2)
             if (keep(Centre(x, y)))
                 cells.insert(Centre(x, y));
     return cells;
@@ -356,9 +340,9 @@ TEST_P(ViaFillOutline, CenterTakesOneInsideCellNearestTheMiddle)
     ASSERT_EQ(fill.CountCells(), 1);
     const Centre chosen = *Taken(fill).begin();
     EXPECT_GE(Where(o.points, chosen), 0);
-    const Box b = BoundsOf(o.points);
+    const SRect b = SPolygonData::BoundsOf(o.points);
     auto distance = [&](const Centre& c) {
-        const double dx = c.first - (b.x1 + b.x2) / kHalf / 2, dy = c.second - (b.y1 + b.y2) / kHalf / 2;
+        const double dx = c.first - (b.x1() + b.x2()) / kHalf / 2, dy = c.second - (b.y1() + b.y2()) / kHalf / 2;
         return dx * dx + dy * dy;
     };
     for (const Centre& c : CellsWhere(o.points, [&](const Centre& c) { return Where(o.points, c) >= 0; }))
