@@ -301,23 +301,14 @@ bool ScaleToSixDigits(double magnitude, double& scaled, int& shift)
 
 // The value that "%g" prints, read back, without the text: scale to six
 // digits before the point with an exact power of ten, round, scale back. The
-// scaled value carries an error below 1e-10, so only values within 1e-7 of a
+// scaled value carries an error below 1e-10, so only values within 2e-7 of a
 // rounding tie, and magnitudes past the exact powers, take the text road.
 double SGdsPolygon::RoundToSixDigits(double value)
 {
-    double scaled;
-    int shift;
-    if (!ScaleToSixDigits(std::fabs(value), scaled, shift))
-        return std::isfinite(value) && value != 0.0 ? RoundThroughText(value) : value;
-    // Positive and below 1e6: truncation is the floor.
-    double whole = double(int64_t(scaled));
-    double fraction = scaled - whole;
-    if (std::fabs(fraction - 0.5) < 1e-7)
-        return RoundThroughText(value);
-    if (fraction > 0.5)
-        whole += 1.0;
-    double rounded = shift >= 0 ? whole / kPowersOfTen[shift] : whole * kPowersOfTen[-shift];
-    return value < 0 ? -rounded : rounded;
+    double rounded;
+    if (RoundAwayFromTie(value, 0.0, rounded))
+        return rounded;
+    return std::isfinite(value) && value != 0.0 ? RoundThroughText(value) : value;
 }
 
 bool SGdsPolygon::RoundAwayFromTie(double value, double margin, double& rounded)
@@ -328,6 +319,7 @@ bool SGdsPolygon::RoundAwayFromTie(double value, double margin, double& rounded)
     if (magnitude <= margin || !ScaleToSixDigits(magnitude, scaled, shift))
         return false;
     double scaledMargin = shift >= 0 ? margin * kPowersOfTen[shift] : margin / kPowersOfTen[-shift];
+    // Positive and below 1e6: truncation is the floor.
     double whole = double(int64_t(scaled));
     double fraction = scaled - whole;
     if (std::fabs(fraction - 0.5) < 2e-7 + scaledMargin)
