@@ -520,12 +520,18 @@ bool SGdsApp::ReadStream()
     itsGdsFile->SetOutputName(itsOptions.itsGdsOutput);
     if (!AsciiInput && !itsGdsFile->CheckHeader())
         return false;
-    return itsGdsFile->Read();
+    // The structures are built on the way, so that the stream's records need not all be
+    // held; not when the records are shown, since their dump reads the unit in force.
+    const bool dumping = itsOptions.itsShortFormat || itsOptions.itsRecordTags || GdsDebug().GetLevel() > 1;
+    if (!dumping)
+        itsStructureList = new SGdsStructureList;
+    return itsGdsFile->Read(itsStructureList);
 }
 
 bool SGdsApp::BuildStructures()
 {
-    itsStructureList = new SGdsStructureList;
+    if (!itsStructureList)
+        itsStructureList = new SGdsStructureList;
     if (!itsGdsFile->BuildStructures(*itsStructureList))
         return false;
     if (itsStructureList->GetOpenStructure()) {

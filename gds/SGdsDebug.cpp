@@ -1,6 +1,8 @@
 #include "SGdsDebug.h"
 
 #include <cstdarg>
+#include <string>
+#include <vector>
 
 #include "SProgress.h"
 
@@ -28,6 +30,37 @@ bool SGdsDebug::OpenTraceFile(const char* name)
 
 namespace {
 
+enum SHeldKind { kHeldDebug, kHeldError, kHeldVerbose, kHeldWarning };
+
+struct SHeldMessage
+{
+    SHeldKind kind;
+    std::string text;
+};
+
+bool theHolding = false;
+std::vector<SHeldMessage>& Held()
+{
+    static std::vector<SHeldMessage>* held = new std::vector<SHeldMessage>;
+    return *held;
+}
+
+// True when the message was kept.
+bool Hold(SHeldKind kind, const char* format, va_list args)
+{
+    if (!theHolding)
+        return false;
+    va_list copy;
+    va_copy(copy, args);
+    const int size = vsnprintf(nullptr, 0, format, copy);
+    va_end(copy);
+    std::string text(size > 0 ? size_t(size) : 0, '\0');
+    if (size > 0)
+        vsnprintf(&text[0], text.size() + 1, format, args);
+    Held().push_back(SHeldMessage{kind, std::move(text)});
+    return true;
+}
+
 // Every line goes out whole and at once, on a line of its own beside the progress line.
 void PrintTo(FILE* out, const char* format, va_list args)
 {
@@ -42,7 +75,8 @@ void SGdsDebug::Print(const char* format, ...)
 {
     va_list args;
     va_start(args, format);
-    PrintTo(Stream(), format, args);
+    if (!Hold(kHeldDebug, format, args))
+        PrintTo(Stream(), format, args);
     va_end(args);
 }
 
@@ -57,7 +91,8 @@ void GdsError(const char* format, ...)
 {
     va_list args;
     va_start(args, format);
-    PrintTo(stdout, format, args);
+    if (!Hold(kHeldError, format, args))
+        PrintTo(stdout, format, args);
     va_end(args);
 }
 
@@ -65,12 +100,20 @@ void GdsVerbose(const char* format, ...)
 {
     va_list args;
     va_start(args, format);
-    PrintTo(stdout, format, args);
+    if (!Hold(kHeldVerbose, format, args))
+        PrintTo(stdout, format, args);
     va_end(args);
 }
 
 void GdsWarning(const char* format, ...)
 {
+    if (theHolding) {
+        va_list args;
+        va_start(args, format);
+        Hold(kHeldWarning, format, args);
+        va_end(args);
+        return;
+    }
     if (!WarningsEnabled)
         return;
     const char* text = format;
@@ -82,4 +125,26 @@ void GdsWarning(const char* format, ...)
     va_start(args, format);
     PrintTo(stdout, text, args);
     va_end(args);
+}
+
+void HoldMessages(bool hold)
+{
+    theHolding = hold;
+}
+
+void ReleaseMessages(bool print)
+{
+    theHolding = false;
+    std::vector<SHeldMessage> held;
+    held.swap(Held());
+    if (!print)
+        return;
+    for (const SHeldMessage& message : held) {
+        switch (message.kind) {
+        case kHeldDebug: GdsDebug().Print("%s", message.text.c_str()); break;
+        case kHeldError: GdsError("%s", message.text.c_str()); break;
+        case kHeldVerbose: GdsVerbose("%s", message.text.c_str()); break;
+        case kHeldWarning: GdsWarning("%s", message.text.c_str()); break;
+        }
+    }
 }

@@ -44,6 +44,14 @@ void GdsWarning(const char* format, ...) __attribute__((format(printf, 1, 2)));
 // The lines of -v: on standard output, flushed at once.
 void GdsVerbose(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
+// While held, messages are kept in order instead of printed, and given out later as if
+// printed then: a stream's structures are built while it is read, and what the building
+// says must still come after all that the reading says. A held warning counts towards
+// the cap only when it is given out.
+void HoldMessages(bool hold);
+// Gives the held messages out, or drops them; either way holding ends.
+void ReleaseMessages(bool print);
+
 extern bool WarningsEnabled;
 extern unsigned WarningCount;
 

@@ -5,14 +5,20 @@
 #include "SGdsStructure.h"
 #include "SGdsStructureList.h"
 
+SGdsElement::SGdsElement(const SGdsRecord* record)
+    : itsRecordTag(record ? uint64_t(record->GetRecordNumber()) << 8 | uint64_t(record->GetRecordType() & 0xff)
+                          : ~uint64_t(0))
+{
+}
+
 const char* SGdsElement::GetRecordName() const
 {
-    return itsRecord ? itsRecord->GetName() : "UNKNOWN";
+    return (itsRecordTag & 0xff) == 0xff ? "UNKNOWN" : GdsRecordName(int(itsRecordTag & 0xff));
 }
 
 int64_t SGdsElement::GetRecordNumber() const
 {
-    return itsRecord ? itsRecord->GetRecordNumber() : -1;
+    return (itsRecordTag & 0xff) == 0xff ? -1 : int64_t(itsRecordTag >> 8);
 }
 
 bool SGdsElement::CollectElements(SOrdered& elements, SGdsStructureList&)

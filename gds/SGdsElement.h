@@ -18,7 +18,9 @@ class SGdsStructureList;
 class SGdsElement : public SCollectable
 {
 public:
-    explicit SGdsElement(const SGdsRecord* record) : itsRecord(record) {}
+    // Keeps the opening record's number and type, not the record: a stream's records
+    // need not outlive the reading.
+    explicit SGdsElement(const SGdsRecord* record);
 
     virtual const char* GetName() const { return "UNKNOWN"; }
     const char* GetRecordName() const;
@@ -32,8 +34,9 @@ public:
 
     int itsDatatype = 0;
     int itsLayer = 0;
-    const SGdsRecord* itsRecord;
-    // The points stay in the record, which outlives every element, so that
+    // The opening record's number << 8 | its type; 0xff: none.
+    uint64_t itsRecordTag;
+    // The points stay in their record, kept as long as the elements, so that
     // they are scaled by the stream's unit when they are used.
     const SGdsRecXy* itsXyRecord = nullptr;
 };
@@ -63,6 +66,10 @@ public:
     double itsWidth = 0.0;
     double itsBeginExtension = 0.0;
     double itsEndExtension = 0.0;
+    // The lengths in stream units, bit n set for length n given (width, begin, end), so
+    // that they can be scaled again by the stream's last unit (SGdsStructureList::Rescale).
+    int32_t itsRawLengths[3] = {0, 0, 0};
+    uint8_t itsRawLengthsSet = 0;
 };
 
 class SGdsElementSref : public SGdsElement
@@ -77,6 +84,10 @@ public:
     SString itsStructureName;
     SXtrans itsTransform;
     bool itsCollecting = false;
+    // The XY points in stream units once given (a reference one, an array three), for
+    // SGdsStructureList::Rescale.
+    bool itsRawPointsSet = false;
+    int32_t itsRawPoints[6] = {0, 0, 0, 0, 0, 0};
 };
 
 class SGdsElementAref : public SGdsElementSref

@@ -50,7 +50,7 @@ bool SGdsFile::CheckHeader()
     return true;
 }
 
-bool SGdsFile::Read()
+bool SGdsFile::Read(SGdsStructureList* buildInto)
 {
     if (!itsOutputName.isEmpty()) {
         itsOutput = new SGdsOutput;
@@ -74,18 +74,43 @@ bool SGdsFile::Read()
         SGdsRecStrname::ResetNoNameCount();
         if (VerboseOutput)
             GdsVerbose("Reading gds file - %s\n", itsFileName.data());
+        if (buildInto) {
+            itsBuilt = buildInto;
+            itsBuildOk = true;
+            itsEndingRecord = nullptr;
+            // The building's messages wait for the reading's.
+            HoldMessages(true);
+            TraceBuilding();
+            HoldMessages(false);
+        }
         {
             SProgressPhase phase("reading", itsInput->GetFileSize(), "bytes");
             for (;;) {
                 SGdsRecord* record = nullptr;
-                if (!ReadRecord(record)) {
+                if (!ReadRecord(record, !buildInto)) {
                     ok = false;
                     break;
                 }
+                if (buildInto && itsBuildOk && !itsEndingRecord) {
+                    if (record->EndsTheRun(*buildInto)) {
+                        // Its end comes when the building would have come to it.
+                        itsEndingRecord = record;
+                    } else {
+                        HoldMessages(true);
+                        itsBuildOk = ProcessRecord(*record, *buildInto);
+                        HoldMessages(false);
+                    }
+                }
+                // Uncommitted, the room is taken by the next record.
+                if (buildInto && (buildInto->itsKeptRecord == record || itsEndingRecord == record))
+                    itsRecords.Commit(record);
                 if (record->GetRecordType() == kGdsEndlib)
                     break;
             }
         }
+        // What was built under a unit that a later UNITS record replaced is scaled anew.
+        if (ok && buildInto && itsBuildOk && !itsEndingRecord)
+            buildInto->Rescale();
         if (ok && VerboseOutput)
             GdsVerbose("Read %ld records\n", long(itsRecordCount));
     }
@@ -100,6 +125,11 @@ bool SGdsFile::Read()
     }
     delete itsInput;
     itsInput = nullptr;
+    // A stream that could not be read was never built, as far as anyone is told.
+    if (!ok && itsBuilt) {
+        ReleaseMessages(false);
+        itsBuilt = nullptr;
+    }
     return ok;
 }
 
@@ -110,6 +140,11 @@ SGdsRecord* SGdsFile::CreateRecord(const SGdsRecord& header)
 }
 
 bool SGdsFile::ReadRecord(SGdsRecord*& result)
+{
+    return ReadRecord(result, true);
+}
+
+bool SGdsFile::ReadRecord(SGdsRecord*& result, bool commit)
 {
     ++itsRecordCount;
     // Under -A the text reader may hold the rest of the last line.
@@ -123,7 +158,8 @@ bool SGdsFile::ReadRecord(SGdsRecord*& result)
         return false;
     if (!record->ReadData(*itsInput))
         return false;
-    itsRecords.Commit(record);
+    if (commit)
+        itsRecords.Commit(record);
     record->CheckValue();
     record->Print();
     itsPosition += record->GetLength();
@@ -131,18 +167,33 @@ bool SGdsFile::ReadRecord(SGdsRecord*& result)
     return true;
 }
 
-bool SGdsFile::BuildStructures(SGdsStructureList& list)
+void SGdsFile::TraceBuilding()
 {
     SGdsDebug& debug = GdsDebug();
-    bool trace = debug.GetLevel() > 3;
-    if (trace)
+    if (debug.GetLevel() > 3)
         debug.Print("\nCREATING STRUCTURES AND ELEMENTS\n");
-    SGdsRecordList::Iterator it(itsRecords);
-    while (SGdsRecord* record = it.next()) {
-        if (trace)
-            debug.Print("Processing record=%ld, %s\n", long(record->GetRecordNumber()), record->GetName());
-        if (!record->Process(list))
-            return false;
+}
+
+bool SGdsFile::ProcessRecord(SGdsRecord& record, SGdsStructureList& list)
+{
+    SGdsDebug& debug = GdsDebug();
+    if (debug.GetLevel() > 3)
+        debug.Print("Processing record=%ld, %s\n", long(record.GetRecordNumber()), record.GetName());
+    return record.Process(list);
+}
+
+bool SGdsFile::BuildStructures(SGdsStructureList& list)
+{
+    if (itsBuilt == &list) {
+        ReleaseMessages(true);
+        if (itsBuildOk && itsEndingRecord)
+            return ProcessRecord(*itsEndingRecord, list);
+        return itsBuildOk;
     }
+    TraceBuilding();
+    SGdsRecordList::Iterator it(itsRecords);
+    while (SGdsRecord* record = it.next())
+        if (!ProcessRecord(*record, list))
+            return false;
     return true;
 }

@@ -24,8 +24,14 @@ public:
     void SetOutputName(const SString& name) { itsOutputName = name; }
     // The first four bytes must start a HEADER record; not used for text.
     bool CheckHeader();
-    bool Read();
+    // With a structure list, the structures are built while the stream is read, and only
+    // the records elements take their points from are kept: a large stream is then never
+    // held whole. What the building says is held back until BuildStructures, so that a run
+    // says what it said when the reading came first.
+    bool Read(SGdsStructureList* buildInto = nullptr);
     bool ReadRecord(SGdsRecord*& record);
+    // Builds from the records read; after a Read that built into this list, gives out what
+    // the building said and its result.
     bool BuildStructures(SGdsStructureList& list);
 
     const SGdsRecordList& GetRecords() const { return itsRecords; }
@@ -33,6 +39,9 @@ public:
 
 private:
     SGdsRecord* CreateRecord(const SGdsRecord& header);
+    bool ReadRecord(SGdsRecord*& record, bool commit);
+    void TraceBuilding();
+    bool ProcessRecord(SGdsRecord& record, SGdsStructureList& list);
 
     SString itsFileName;
     SGdsRecordList itsRecords;
@@ -42,6 +51,11 @@ private:
     int64_t itsPosition = 0;
     SString itsOutputName;
     SGdsOutput* itsOutput = nullptr;
+    // The list built during Read, and whether that building succeeded.
+    SGdsStructureList* itsBuilt = nullptr;
+    bool itsBuildOk = true;
+    // The record that ends the run once the building reaches it, left for BuildStructures.
+    SGdsRecord* itsEndingRecord = nullptr;
 };
 
 #endif

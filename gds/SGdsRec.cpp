@@ -1,5 +1,6 @@
 #include "SGdsRec.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -35,6 +36,14 @@ SGdsElementPath* OpenPath(SGdsStructureList& list)
 {
     SGdsElement* element = list.GetOpenElement();
     return element && element->IsPath() ? static_cast<SGdsElementPath*>(element) : nullptr;
+}
+
+// A length scaled now, kept in stream units as well for a later unit.
+void NoteLength(SGdsElementPath& path, SGdsStructureList& list, int which, int32_t raw)
+{
+    path.itsRawLengths[which] = raw;
+    path.itsRawLengthsSet |= uint8_t(1u << which);
+    list.NoteScaleUsed(SGdsRecord::GetScale());
 }
 
 } // namespace
@@ -460,22 +469,28 @@ void SGdsTypeScaledLength::PrintShort()
 
 bool SGdsRecWidth::Process(SGdsStructureList& list)
 {
-    if (SGdsElementPath* path = OpenPath(list))
+    if (SGdsElementPath* path = OpenPath(list)) {
         path->itsWidth = GetScaledValue();
+        NoteLength(*path, list, 0, GetInt(0));
+    }
     return true;
 }
 
 bool SGdsRecBgnextn::Process(SGdsStructureList& list)
 {
-    if (SGdsElementPath* path = OpenPath(list))
+    if (SGdsElementPath* path = OpenPath(list)) {
         path->itsBeginExtension = GetScaledValue();
+        NoteLength(*path, list, 1, GetInt(0));
+    }
     return true;
 }
 
 bool SGdsRecEndtextn::Process(SGdsStructureList& list)
 {
-    if (SGdsElementPath* path = OpenPath(list))
+    if (SGdsElementPath* path = OpenPath(list)) {
         path->itsEndExtension = GetScaledValue();
+        NoteLength(*path, list, 2, GetInt(0));
+    }
     return true;
 }
 
@@ -524,6 +539,15 @@ void SGdsRecXy::PrintShort()
     Debug().Print("\n");
 }
 
+void SGdsRecXy::NotePoints(SGdsElementSref& reference, SGdsStructureList& list) const
+{
+    const int count = std::min(GetDataLength() / 4, 6);
+    for (int i = 0; i < count; ++i)
+        reference.itsRawPoints[i] = GetInt(i);
+    reference.itsRawPointsSet = true;
+    list.NoteScaleUsed(GetScale());
+}
+
 bool SGdsRecXy::Process(SGdsStructureList& list)
 {
     SGdsElement* element = list.GetOpenElement();
@@ -542,6 +566,7 @@ bool SGdsRecXy::Process(SGdsStructureList& list)
             array->itsReferencePoint = GetPoint(0);
             array->itsColumnPoint = GetPoint(1);
             array->itsRowPoint = GetPoint(2);
+            NotePoints(*array, list);
             return true;
         }
         if (GetLength() != 12) {
@@ -550,9 +575,11 @@ bool SGdsRecXy::Process(SGdsStructureList& list)
             return false;
         }
         reference->itsTransform.itsTranslation = GetPoint(0);
+        NotePoints(*reference, list);
         return true;
     }
     element->itsXyRecord = this;
+    list.itsKeptRecord = this;
     return true;
 }
 
@@ -685,12 +712,18 @@ void SGdsRecColrow::PrintTag()
         Debug().Print("<%s=%d,%d> ", GetName(), GetColumns(), GetRows());
 }
 
+bool SGdsRecColrow::EndsTheRun(const SGdsStructureList& list) const
+{
+    const SGdsElement* element = list.GetOpenElement();
+    return element && (!element->IsReference() || element->GetName()[0] != 'A');
+}
+
 bool SGdsRecColrow::Process(SGdsStructureList& list)
 {
     SGdsElement* element = list.GetOpenElement();
     if (!element)
         return true;
-    if (!element->IsReference() || element->GetName()[0] != 'A')
+    if (EndsTheRun(list))
         SFATAL("VL1001", "Can't Cast %s into %s", element->GetName(), "gdsreccolrow");
     SGdsElementAref* array = static_cast<SGdsElementAref*>(element);
     array->itsColumns = GetColumns();

@@ -7,6 +7,8 @@
 #include "SGdsRecord.h"
 #include "SPoint.h"
 
+class SGdsElementSref;
+
 enum {
     kGdsHeader = 0, kGdsBgnlib = 1, kGdsLibname = 2, kGdsUnits = 3, kGdsEndlib = 4,
     kGdsBgnstr = 5, kGdsStrname = 6, kGdsEndstr = 7, kGdsBoundary = 8, kGdsPath = 9,
@@ -195,6 +197,9 @@ public:
     void Print() override;
     void PrintShort() override;
     bool Process(SGdsStructureList& list) override;
+
+private:
+    void NotePoints(SGdsElementSref& reference, SGdsStructureList& list) const;
 };
 
 class SGdsRecEndel : public SGdsTypeNoData
@@ -224,6 +229,7 @@ public:
     void Print() override;
     void PrintTag() override;
     bool Process(SGdsStructureList& list) override;
+    bool EndsTheRun(const SGdsStructureList& list) const override;
 };
 
 class SGdsRecStrans : public SGdsTypeBitArray

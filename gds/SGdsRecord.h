@@ -79,6 +79,9 @@ public:
     virtual void PrintShort();
     virtual void PrintTag();
     virtual bool Process(SGdsStructureList& list);
+    // True when Process would end the process as a program error; a build on the way
+    // leaves such a record for after the reading.
+    virtual bool EndsTheRun(const SGdsStructureList&) const { return false; }
 
     static double GetScale();
     static void SetScale(double scale);

@@ -74,6 +74,55 @@ bool SGdsStructureList::AddElement(SGdsElement* element, const SGdsRecord& recor
     return false;
 }
 
+namespace {
+
+void RescaleElement(SGdsElement& element, double scale)
+{
+    if (element.IsPath()) {
+        SGdsElementPath& path = static_cast<SGdsElementPath&>(element);
+        double* lengths[3] = {&path.itsWidth, &path.itsBeginExtension, &path.itsEndExtension};
+        for (int i = 0; i < 3; ++i)
+            if (path.itsRawLengthsSet & (1u << i))
+                *lengths[i] = scale * double(path.itsRawLengths[i]);
+        return;
+    }
+    if (!element.IsReference())
+        return;
+    SGdsElementSref& reference = static_cast<SGdsElementSref&>(element);
+    if (!reference.itsRawPointsSet)
+        return;
+    auto point = [&](int i) {
+        return SPoint(scale * double(reference.itsRawPoints[2 * i]), scale * double(reference.itsRawPoints[2 * i + 1]));
+    };
+    reference.itsTransform.itsTranslation = point(0);
+    if (reference.GetName()[0] == 'A') {
+        SGdsElementAref& array = static_cast<SGdsElementAref&>(reference);
+        array.itsReferencePoint = point(0);
+        array.itsColumnPoint = point(1);
+        array.itsRowPoint = point(2);
+    }
+}
+
+} // namespace
+
+void SGdsStructureList::Rescale()
+{
+    const double scale = SGdsRecord::GetScale();
+    if (!itsScaleUsed || (!itsScalesDiffer && scale == itsUsedScale))
+        return;
+    auto walk = [scale](SGdsStructure* structure) {
+        const SOrdered& elements = structure->GetElements();
+        for (size_t i = 0; i < elements.entries(); ++i)
+            RescaleElement(*static_cast<SGdsElement*>(elements.at(i)), scale);
+    };
+    for (size_t i = 0; i < itsStructures.entries(); ++i)
+        walk(static_cast<SGdsStructure*>(itsStructures.at(i)));
+    for (SGdsStructure* structure : itsUnnamed)
+        walk(structure);
+    itsUsedScale = scale;
+    itsScalesDiffer = false;
+}
+
 void SGdsStructureList::DestroyElement(SGdsElement* element)
 {
     // The memory goes with the arena.

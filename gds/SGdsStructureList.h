@@ -69,6 +69,28 @@ public:
     // Structures opened but not yet named, owned here; a structure that never
     // gets a STRNAME is in no table.
     std::vector<SGdsStructure*> itsUnnamed;
+    // Lengths and reference points are scaled by the unit in force when their record is
+    // applied. Built while reading, a unit that changes after some were scaled must be
+    // applied to them again, as if all were built after the reading (Rescale).
+    void NoteScaleUsed(double scale)
+    {
+        if (!itsScaleUsed) {
+            itsScaleUsed = true;
+            itsUsedScale = scale;
+        } else if (!(scale == itsUsedScale)) {
+            itsScalesDiffer = true;
+        }
+    }
+    // Scales every length and reference point again by the unit in force, when one was
+    // scaled by another.
+    void Rescale();
+    bool itsScaleUsed = false;
+    bool itsScalesDiffer = false;
+    double itsUsedScale = 1.0;
+
+    // The last record an element took its points from: when structures are built while the
+    // stream is read, it is the one record the reader must keep.
+    const SGdsRecord* itsKeptRecord = nullptr;
     // Outlives the structures: the destructor ends the elements first.
     SGdsArena itsElementArena;
 };

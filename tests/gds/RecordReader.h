@@ -36,19 +36,22 @@ public:
         WarningCount = 0;
     }
 
-    // False when the reader refused the stream.
-    bool Load(const StreamWriter& stream)
+    // False when the reader refused the stream. `buildWhileReading` builds the structures
+    // on the way, as the program does; Build then gives that result.
+    bool Load(const StreamWriter& stream, bool buildWhileReading = false)
     {
         std::string path = (itsDir.path() + "/stream.gds").toStdString();
         stream.Save(path);
         itsFile.reset(new SGdsFile(SString(path.c_str())));
-        return itsFile->Read();
+        itsList.reset(buildWhileReading ? new SGdsStructureList : nullptr);
+        return itsFile->Read(itsList.get());
     }
 
     // Structures built from the loaded records; false when the build failed.
     bool Build()
     {
-        itsList.reset(new SGdsStructureList);
+        if (!itsList)
+            itsList.reset(new SGdsStructureList);
         return itsFile->BuildStructures(*itsList);
     }
 

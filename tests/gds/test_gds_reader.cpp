@@ -337,6 +337,24 @@ TEST_F(Build, ColrowOnASingleReferenceIsAProgramFault)
     EXPECT_NE((run.out + run.err).find("VL1001"), std::string::npos) << run.out << run.err;
 }
 
+TEST_F(Build, TheFaultComesOnlyWhereTheBuildingComesAfterTheWholeStream)
+{
+    // The building comes after the reading: what the reading says later in the stream
+    // is said first, and a stream that can't be read ends with the reading's error alone.
+    StreamWriter faulty = Lib();
+    faulty.Bgnstr("A").NoData(SREF).String(SNAME, "B").Int2(COLROW, {1, 1}).Xy({{0, 0}}).Endel().Endstr();
+    StreamWriter whole = faulty;
+    gds.Write("whole.gds", whole.Units(-1, 1e-9).Endlib());
+    RunResult run = gds.Run({"-d", "whole.gds"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_NE(run.out.find("units must be positive"), std::string::npos) << run.out;
+    EXPECT_NE(run.err.find("VL1001"), std::string::npos) << run.err;
+    gds.Write("cut.gds", faulty);
+    run = gds.Run({"-d", "cut.gds"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ((run.out + run.err).find("VL1001"), std::string::npos) << run.out << run.err;
+}
+
 TEST(Warnings, StopAfterTwentyFiveWithOneLimitLine)
 {
     GdsRun gds;
