@@ -500,7 +500,11 @@ bool SGdsApp::ExpandStructure()
     itsPolygonList->itsMinSizeMode = itsOptions.itsMinSizeMode;
     itsPolygonList->itsMinWidth = itsOptions.itsMinWidth;
     itsPolygonList->itsMinHeight = itsOptions.itsMinHeight;
-    return ::ExpandStructure(*itsStructureList, *itsPolygonList, itsStructureName);
+    // A translation needs the stream's records no more once the flat polygons are made,
+    // and their memory goes to those; -L walks the structures again afterwards.
+    const bool spend = itsConvert && !itsOptions.itsCreateLayerFile && itsGdsFile;
+    return ::ExpandStructure(*itsStructureList, *itsPolygonList, itsStructureName,
+                             spend ? &itsGdsFile->GetRecords() : nullptr);
 }
 
 bool SGdsApp::CreateLayerFile()

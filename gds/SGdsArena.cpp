@@ -117,13 +117,19 @@ void* SGdsArena::Reserve(size_t bytes)
         // Room for the entry first, so that a failure after the chunk is had can't lose it.
         if (itsChunks.size() == itsChunks.capacity())
             itsChunks.reserve(itsChunks.size() * 2 + 8);
+        if (!itsGiven.empty() && itsGiven.back().capacity >= bytes) {
+            itsChunks.push_back(itsGiven.back());
+            itsGiven.pop_back();
+            Chunk& chunk = itsChunks.back();
+            return chunk.data + chunk.used;
+        }
         unsigned char* data = TakeSpare(capacity);
         if (data)
             capacity = itsSpareCapacity;
         else
             data = NewChunkOrFail(capacity);
         itsChunks.push_back(Chunk{data, 0, capacity});
-        if (capacity >= kHugePage)
+        if (capacity >= kHugePage && itsGiven.empty())
             PrepareSpare(capacity * 2 < kLargestChunk ? capacity * 2 : kLargestChunk);
     }
     Chunk& chunk = itsChunks.back();
@@ -138,6 +144,9 @@ void SGdsArena::Release()
         if (chunk.data)
             FreeChunk(chunk.data, chunk.capacity);
     itsChunks.clear();
+    for (Chunk& chunk : itsGiven)
+        FreeChunk(chunk.data, chunk.capacity);
+    itsGiven.clear();
 }
 
 void SGdsArena::ReleaseChunk(size_t index)
@@ -146,6 +155,18 @@ void SGdsArena::ReleaseChunk(size_t index)
     if (!chunk.data)
         return;
     FreeChunk(chunk.data, chunk.capacity);
+    chunk.data = nullptr;
+    chunk.used = chunk.capacity;
+}
+
+void SGdsArena::GiveChunk(size_t index, SGdsArena& to)
+{
+    Chunk& chunk = itsChunks[index];
+    if (!chunk.data)
+        return;
+    // Room for the entry first, so that a failure can't lose the chunk.
+    to.itsGiven.reserve(to.itsGiven.size() + 1);
+    to.itsGiven.push_back(Chunk{chunk.data, 0, chunk.capacity});
     chunk.data = nullptr;
     chunk.used = chunk.capacity;
 }

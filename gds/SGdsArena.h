@@ -36,12 +36,16 @@ public:
     // Gives back one chunk ahead of the rest; what it held must not be touched again. Room
     // asked for after it comes from a new chunk.
     void ReleaseChunk(size_t index);
+    // As ReleaseChunk, but the memory goes to another arena, which fills it before it asks
+    // for more: memory already touched costs nothing to touch again.
+    void GiveChunk(size_t index, SGdsArena& to);
     void Swap(SGdsArena& other)
     {
         itsChunks.swap(other.itsChunks);
         std::swap(itsHelper, other.itsHelper);
         std::swap(itsHelperRunning, other.itsHelperRunning);
         std::swap(itsSpareCapacity, other.itsSpareCapacity);
+        itsGiven.swap(other.itsGiven);
     }
 
     struct Chunk
@@ -58,6 +62,8 @@ private:
     void PrepareSpare(size_t capacity);
 
     std::vector<Chunk> itsChunks;
+    // Chunks given by other arenas, not yet used.
+    std::vector<Chunk> itsGiven;
     // Once an arena grows large, the chunk after the one being filled is mapped and its
     // pages faulted in by a helper thread meanwhile: the first touch of fresh memory is
     // much of the cost of a large stream, and a second core can take it. The helper only

@@ -35,6 +35,7 @@ public:
     bool BuildStructures(SGdsStructureList& list);
 
     const SGdsRecordList& GetRecords() const { return itsRecords; }
+    SGdsRecordList& GetRecords() { return itsRecords; }
     int64_t GetRecordCount() const { return itsRecordCount; }
 
 private:

@@ -21,7 +21,7 @@ SGdsRecord* SGdsRecordList::Iterator::next()
     const std::vector<SGdsArena::Chunk>& chunks = itsList.itsArena.GetChunks();
     while (itsChunk < chunks.size()) {
         const SGdsArena::Chunk& chunk = chunks[itsChunk];
-        if (itsOffset < chunk.used) {
+        if (chunk.data && itsOffset < chunk.used) {
             SGdsRecord* record = reinterpret_cast<SGdsRecord*>(chunk.data + itsOffset);
             itsOffset += record->StorageSize();
             return record;

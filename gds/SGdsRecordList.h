@@ -27,6 +27,9 @@ public:
     bool isEmpty() const { return itsCount == 0; }
     SGdsRecord* last() const { return itsLast; }
     void clearAndDestroy();
+    // Where the records lie, for a user that gives chunks away (SGdsArena::GiveChunk); the
+    // records in a chunk given away are gone, and an iterator passes over them.
+    SGdsArena& GetArena() { return itsArena; }
 
     class Iterator
     {

@@ -1,5 +1,7 @@
 #include "SGdsExpander.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <unordered_map>
 
@@ -8,6 +10,7 @@
 #include "SGdsPolygon.h"
 #include "SGdsPolygonList.h"
 #include "SGdsRec.h"
+#include "SGdsRecordList.h"
 #include "SGdsStructure.h"
 #include "SGdsStructureList.h"
 #include "SInitializationFile.h"
@@ -76,10 +79,12 @@ SGdsExpander::SGdsExpander(SGdsStructureList& structures, SGdsPolygonList& polyg
 {
 }
 
-bool ExpandStructure(SGdsStructureList& structures, SGdsPolygonList& polygons, const SString& name)
+bool ExpandStructure(SGdsStructureList& structures, SGdsPolygonList& polygons, const SString& name,
+                     SGdsRecordList* spent)
 {
     polygons.itsStructureList = &structures;
     SGdsExpander expander(structures, polygons);
+    expander.SpendRecords(spent);
     return expander.ExpandStructure(name);
 }
 
@@ -99,7 +104,68 @@ bool SGdsExpander::ExpandStructure(const SString& name)
     }
     itsArefMethodKnown = false;
     SProgressPhase phase("flattening", polygons, "polygons");
+    PlanRecordRelease(structure);
     return ExpandElements(structure);
+}
+
+void SGdsExpander::PlanRecordRelease(SGdsStructure* top)
+{
+    itsRecordReleases.clear();
+    itsNextRecordRelease = 0;
+    if (!itsSpentRecords)
+        return;
+    const std::vector<SGdsArena::Chunk>& chunks = itsSpentRecords->GetArena().GetChunks();
+    std::vector<std::pair<const unsigned char*, size_t>> starts;
+    for (size_t c = 0; c < chunks.size(); ++c)
+        if (chunks[c].data)
+            starts.emplace_back(chunks[c].data, c);
+    std::sort(starts.begin(), starts.end());
+    const size_t kNone = SIZE_MAX;
+    auto chunkOf = [&](const void* record) {
+        const unsigned char* at = static_cast<const unsigned char*>(record);
+        auto it = std::upper_bound(starts.begin(), starts.end(), std::make_pair(at, SIZE_MAX));
+        if (it == starts.begin())
+            return kNone;
+        const SGdsArena::Chunk& chunk = chunks[(--it)->second];
+        return at < chunk.data + chunk.capacity ? it->second : kNone;
+    };
+    // Elements done with each chunk; kNone: some other structure's points lie in it.
+    std::vector<size_t> after(chunks.size(), 0);
+    const SOrdered& structures = itsStructures.GetStructures();
+    for (size_t s = 0; s < structures.entries(); ++s) {
+        const SGdsStructure* structure = static_cast<const SGdsStructure*>(structures.at(s));
+        if (structure == top)
+            continue;
+        const SOrdered& elements = structure->itsElements;
+        for (size_t e = 0; e < elements.entries(); ++e)
+            if (const SGdsRecXy* xy = static_cast<const SGdsElement*>(elements.at(e))->itsXyRecord) {
+                const size_t c = chunkOf(xy);
+                if (c != kNone)
+                    after[c] = kNone;
+            }
+    }
+    const SOrdered& elements = top->itsElements;
+    for (size_t e = 0; e < elements.entries(); ++e)
+        if (const SGdsRecXy* xy = static_cast<const SGdsElement*>(elements.at(e))->itsXyRecord) {
+            const size_t c = chunkOf(xy);
+            if (c != kNone && after[c] != kNone)
+                after[c] = std::max(after[c], e + 1);
+        }
+    for (size_t c = 0; c < chunks.size(); ++c)
+        if (chunks[c].data && after[c] != kNone)
+            itsRecordReleases.push_back(RecordRelease{after[c], c});
+    std::sort(itsRecordReleases.begin(), itsRecordReleases.end(),
+              [](const RecordRelease& a, const RecordRelease& b) { return a.after < b.after; });
+    ReleaseRecords(0);
+}
+
+void SGdsExpander::ReleaseRecords(size_t elementsDone)
+{
+    while (itsNextRecordRelease < itsRecordReleases.size() &&
+           itsRecordReleases[itsNextRecordRelease].after <= elementsDone) {
+        itsPolygons.TakeChunk(itsSpentRecords->GetArena(), itsRecordReleases[itsNextRecordRelease].chunk);
+        ++itsNextRecordRelease;
+    }
 }
 
 SGdsStructure* SGdsExpander::FindStructure(const SString& name)
@@ -157,6 +223,9 @@ bool SGdsExpander::ExpandElements(SGdsStructure* top)
         if (!ExpandLeaf(*element))
             return Abandon();
         ++frame.next;
+        // The top structure is walked once, so its points are then done with.
+        if (itsFrames.size() == 1)
+            ReleaseRecords(frame.next);
     }
     return true;
 }

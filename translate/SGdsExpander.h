@@ -11,6 +11,7 @@
 class SGdsElement;
 class SGdsElementSref;
 class SGdsPolygonList;
+class SGdsRecordList;
 class SGdsStructure;
 class SGdsStructureList;
 
@@ -30,6 +31,11 @@ public:
     // the walk must stop: a circular reference, an element without points, or
     // more polygons than the memory holds, told before any is made.
     bool ExpandStructure(const SString& name);
+    // The records the shapes' points lie in, to be given to the polygon list chunk by chunk
+    // as soon as the walk is done with them: the records of the structure walked from are
+    // read once, and a flat stream's are most of the memory. Their elements must not be
+    // looked at after the walk.
+    void SpendRecords(SGdsRecordList* records) { itsSpentRecords = records; }
 
     // Bytes that the polygons of a structure's boundaries, boxes and paths
     // take at the least, every placement counted, and how many polygons those
@@ -67,6 +73,16 @@ private:
     bool Advance(Frame& frame, const SGdsElementSref& reference) const;
     int GetArefMethod();
     bool Abandon();
+    // Which record chunks hold only points of the top structure's shapes, and after how
+    // many of its elements each is done with.
+    void PlanRecordRelease(SGdsStructure* top);
+    void ReleaseRecords(size_t elementsDone);
+
+    struct RecordRelease
+    {
+        size_t after;
+        size_t chunk;
+    };
 
     SGdsStructureList& itsStructures;
     SGdsPolygonList& itsPolygons;
@@ -74,9 +90,14 @@ private:
     std::vector<Frame> itsFrames;
     int itsArefMethod = 3;
     bool itsArefMethodKnown = false;
+    SGdsRecordList* itsSpentRecords = nullptr;
+    std::vector<RecordRelease> itsRecordReleases;
+    size_t itsNextRecordRelease = 0;
 };
 
-// The flattening step: the named structure of the stream into the polygons.
-bool ExpandStructure(SGdsStructureList& structures, SGdsPolygonList& polygons, const SString& name);
+// The flattening step: the named structure of the stream into the polygons; `spent`, when
+// given, as SGdsExpander::SpendRecords.
+bool ExpandStructure(SGdsStructureList& structures, SGdsPolygonList& polygons, const SString& name,
+                     SGdsRecordList* spent = nullptr);
 
 #endif

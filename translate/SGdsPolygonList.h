@@ -79,6 +79,8 @@ public:
     size_t GetMemoryLimit() const { return itsMemoryLimit; }
     size_t GetMemoryUsed() const { return itsMemoryUsed; }
     static size_t DefaultMemoryLimit();
+    // A chunk another arena is done with, for the points to fill before fresh memory.
+    void TakeChunk(SGdsArena& from, size_t index) { from.GiveChunk(index, itsPointArena); }
     // The process's allocation failure handler when one is installed (it
     // ends the process), otherwise std::bad_alloc.
     [[noreturn]] static void MemoryFailure();

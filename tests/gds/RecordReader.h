@@ -69,6 +69,7 @@ public:
     }
 
     int64_t Count() const { return itsFile->GetRecords().entries(); }
+    SGdsRecordList& Records() { return itsFile->GetRecords(); }
 
 private:
     QTemporaryDir itsDir;

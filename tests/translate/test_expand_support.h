@@ -88,15 +88,24 @@ inline double Area(const SGdsPolygon& polygon)
 class Flattener
 {
 public:
-    bool Load(const StreamWriter& stream) { return itsReader.Load(stream) && itsReader.Build(); }
+    bool Load(const StreamWriter& stream, bool buildWhileReading = false)
+    {
+        return itsReader.Load(stream, buildWhileReading) && itsReader.Build();
+    }
 
-    bool Expand(const std::string& name, double factor = 1.0, bool roundWhilePlacing = false)
+    // `spendRecords` gives the records' memory to the polygons on the way, as a translation
+    // does; the structures can't be walked again after that.
+    bool Expand(const std::string& name, double factor = 1.0, bool roundWhilePlacing = false,
+                bool spendRecords = false)
     {
         itsPolygons.reset(new SGdsPolygonList(&itsReader.List()));
         itsPolygons->itsConversionFactor = factor;
         itsPolygons->itsRoundWhilePlacing = roundWhilePlacing;
-        return ExpandStructure(itsReader.List(), *itsPolygons, SString(name.c_str()));
+        return ExpandStructure(itsReader.List(), *itsPolygons, SString(name.c_str()),
+                               spendRecords ? &itsReader.Records() : nullptr);
     }
+
+    SGdsRecordList& Records() { return itsReader.Records(); }
 
     SGdsStructureList& Structures() { return itsReader.List(); }
     SGdsPolygonList& Polygons() { return *itsPolygons; }

@@ -10,7 +10,10 @@
 #include <random>
 #include <string>
 
+#include "SGdsArena.h"
 #include "SGdsElement.h"
+#include "SGdsRec.h"
+#include "SGdsRecordList.h"
 #include "SGdsPolygon.h"
 #include "SGdsStructure.h"
 #include "SXtrans.h"
@@ -439,6 +442,75 @@ TEST(ExpandLimits, MemoryLimitReachedDuringTheWalk)
     EXPECT_GT(small.entries(), 0u);
     EXPECT_LT(small.entries(), 10000u);
     EXPECT_LE(small.GetMemoryUsed(), small.GetMemoryLimit());
+}
+
+TEST(ExpandRecords, SpentOnTheWayTheyGiveTheSamePolygonsAndKeepWhatOthersStillRead)
+{
+    // BEFORE and AFTER lie around TOP in the stream, so that record chunks hold points of
+    // both; TOP places them last, when its own shapes are done with.
+    StreamWriter s = Library();
+    s.Bgnstr("BEFORE").Boundary(2, 0, StreamWriter::Rect(0, 0, 3, 1)).Endstr();
+    s.Bgnstr("TOP");
+    for (int i = 0; i < 3000; ++i)
+        s.Boundary(1 + i % 3, 0, StreamWriter::Rect(i, -i, i + 1 + i % 7, 5 - i));
+    s.Path(4, 0, 2, {{0, 0}, {50, 0}, {50, 40}}, 2);
+    s.Sref("BEFORE", 7, 7).Aref("AFTER", 3, 2, {{0, 0}, {30, 0}, {0, 20}}).Endstr();
+    s.Bgnstr("AFTER").Boundary(3, 0, StreamWriter::Rect(1, 1, 4, 9)).Endstr().Endlib();
+
+    Flattener kept, spent;
+    ASSERT_TRUE(kept.Load(s, true));
+    ASSERT_TRUE(kept.Expand("TOP"));
+    ASSERT_TRUE(spent.Load(s, true));
+    const SGdsStructureList& list = spent.Structures();
+    const SGdsRecXy* before =
+        static_cast<SGdsElement*>(list.FindStructure("BEFORE")->GetElements().at(0))->itsXyRecord;
+    const SGdsRecXy* after = static_cast<SGdsElement*>(list.FindStructure("AFTER")->GetElements().at(0))->itsXyRecord;
+    ASSERT_TRUE(spent.Expand("TOP", 1.0, false, true));
+
+    ASSERT_EQ(spent.Count(), kept.Count());
+    EXPECT_EQ(spent.Count(), 3000u + 1 + 1 + 6);
+    for (size_t i = 0; i < kept.Count(); ++i) {
+        ASSERT_EQ(spent.At(i).itsLayer, kept.At(i).itsLayer) << i;
+        ASSERT_EQ(spent.PointsOf(i), kept.PointsOf(i)) << i;
+    }
+    // TOP's chunks went to the polygons; those that BEFORE's and AFTER's points lie in
+    // stayed.
+    size_t given = 0;
+    auto holds = [](const SGdsArena::Chunk& chunk, const void* record) {
+        const unsigned char* at = static_cast<const unsigned char*>(record);
+        return chunk.data && at >= chunk.data && at < chunk.data + chunk.capacity;
+    };
+    bool beforeStayed = false, afterStayed = false;
+    for (const SGdsArena::Chunk& chunk : spent.Records().GetArena().GetChunks()) {
+        given += chunk.data ? 0 : 1;
+        beforeStayed = beforeStayed || holds(chunk, before);
+        afterStayed = afterStayed || holds(chunk, after);
+    }
+    EXPECT_GE(given, 2u);
+    EXPECT_TRUE(beforeStayed);
+    EXPECT_TRUE(afterStayed);
+}
+
+TEST(ExpandRecords, AGivenChunkIsFilledBeforeFreshMemory)
+{
+    SGdsArena from, to;
+    // Enough for chunks from the heap and mapped ones.
+    std::vector<void*> blocks;
+    for (int i = 0; i < 200; ++i)
+        blocks.push_back(from.Allocate(4096));
+    ASSERT_GE(from.GetChunks().size(), 3u);
+    const SGdsArena::Chunk last = from.GetChunks().back();
+    from.GiveChunk(from.GetChunks().size() - 1, to);
+    EXPECT_EQ(from.GetChunks().back().data, nullptr);
+    // The first room the other arena asks for lies in the chunk given.
+    unsigned char* room = static_cast<unsigned char*>(to.Allocate(64));
+    EXPECT_EQ(room, last.data);
+    // Room larger than the given chunk comes from elsewhere.
+    unsigned char* big = static_cast<unsigned char*>(to.Allocate(last.capacity + 8));
+    EXPECT_TRUE(big < last.data || big >= last.data + last.capacity);
+    // Asked for after the gift, room of the giver comes from a new chunk.
+    unsigned char* again = static_cast<unsigned char*>(from.Allocate(16));
+    EXPECT_TRUE(again < last.data || again >= last.data + last.capacity);
 }
 
 TEST(PolygonList, PointsStayContiguousWhenPolygonsGrowOutOfTurn)
