@@ -200,7 +200,9 @@ bool SGdsPolygonList::AddToProject(SXtranProject& project, SGdsLayerFile& layerF
     const bool keep = !itsKeepBox.isEmpty();
     const SRect keepBox = itsKeepBox.normalized();
     double minWidth = 0.0, minHeight = 0.0;
-    const SRect all = GetBoundingBox();
+    // A walk over every point, only for what looks at it.
+    const bool needAll = (itsMinSizeMode == 2 && !keep) || debug.GetLevel() > 3;
+    const SRect all = needAll ? GetBoundingBox() : SRect();
     if (itsMinSizeMode == 1) {
         minWidth = itsMinWidth;
         minHeight = itsMinHeight;
@@ -372,8 +374,15 @@ uint64_t SGdsPolygonList::GetMaxLevel(const SGdsLayerFile& layerFile) const
 {
     uint64_t level = 0;
     SOrdered scratch;
+    // A pair's level is looked up once; polygons of one pair mostly come together.
+    int32_t lastLayer = 0, lastDatatype = 0;
     for (size_t i = 0; i < itsCount; ++i) {
-        const uint64_t own = at(i)->GetMaxLevel(layerFile, scratch);
+        const SGdsPolygon* polygon = at(i);
+        if (i > 0 && polygon->itsLayer == lastLayer && polygon->itsDatatype == lastDatatype)
+            continue;
+        lastLayer = polygon->itsLayer;
+        lastDatatype = polygon->itsDatatype;
+        const uint64_t own = polygon->GetMaxLevel(layerFile, scratch);
         level = own > level ? own : level;
     }
     return level;

@@ -170,6 +170,7 @@ void SLayerFile::ClearMappings()
         delete item;
     itsPending.clear();
     itsMappings.clearAndDestroy();
+    MappingsChanged();
 }
 
 void SLayerFile::Insert(SLayerMapping* mapping)
@@ -180,6 +181,7 @@ void SLayerFile::Insert(SLayerMapping* mapping)
         itsPending.push_back(mapping);
     else
         itsMappings.insert(mapping);
+    MappingsChanged();
 }
 
 void SLayerFile::InsertPending()
@@ -187,6 +189,7 @@ void SLayerFile::InsertPending()
     itsDeferInserts = false;
     InsertAll(itsMappings, itsPending);
     itsPending.clear();
+    MappingsChanged();
 }
 
 SLayerMapping* SLayerFile::NewMapping(int, int) const
@@ -278,6 +281,7 @@ bool SLayerFile::Write(const SString& path)
 void SLayerFile::RemoveAt(size_t index)
 {
     delete itsMappings.removeAt(index);
+    MappingsChanged();
 }
 
 void SLayerFile::Rebuild()
@@ -285,6 +289,7 @@ void SLayerFile::Rebuild()
     std::vector<SCollectable*> all(itsMappings.begin(), itsMappings.end());
     itsMappings.clear();
     InsertAll(itsMappings, all);
+    MappingsChanged();
 }
 
 bool SLayerFile::FindRange(const SLayerMapping& probe, size_t& first, size_t& last) const
@@ -299,6 +304,20 @@ bool SLayerFile::FindRange(const SLayerMapping& probe, size_t& first, size_t& la
     return first < last;
 }
 
+bool SLayerFile::FindPair(int layer, int datatype, size_t& first, size_t& last) const
+{
+    SLastPair& memo = itsLastPair;
+    if (!memo.valid || memo.layer != layer || memo.datatype != datatype) {
+        memo.found = FindRange(Probe(layer, datatype), memo.first, memo.last);
+        memo.layer = layer;
+        memo.datatype = datatype;
+        memo.valid = true;
+    }
+    first = memo.first;
+    last = memo.last;
+    return memo.found;
+}
+
 void SLayerFile::GetByPurpose(SOrdered& list, int purpose) const
 {
     for (SCollectable* item : itsMappings) {
@@ -311,7 +330,7 @@ SLayerMapping* SLayerFile::Find(int layer, int datatype) const
 {
     size_t first = 0;
     size_t last = 0;
-    if (!FindRange(Probe(layer, datatype), first, last))
+    if (!FindPair(layer, datatype, first, last))
         return nullptr;
     for (size_t i = first; i < last; ++i) {
         if (At(i)->itsMapped)
@@ -345,7 +364,7 @@ void SLayerFile::GetMappings(SOrdered& list, int layer, int datatype, int purpos
 {
     size_t first = 0;
     size_t last = 0;
-    if (!FindRange(Probe(layer, datatype), first, last))
+    if (!FindPair(layer, datatype, first, last))
         return;
     for (size_t i = first; i < last; ++i) {
         SLayerMapping* mapping = At(i);

@@ -81,6 +81,10 @@ protected:
     // Index range [first, last) of the mappings equal to the probe.
     bool FindRange(const SLayerMapping& probe, size_t& first, size_t& last) const;
     const SLayerMapping& Probe(int layer, int datatype) const;
+    // FindRange for a pair. A translation looks up every polygon, mostly the pair of the
+    // one before, so the last answer is kept until the mappings change.
+    bool FindPair(int layer, int datatype, size_t& first, size_t& last) const;
+    void MappingsChanged() { itsLastPair.valid = false; }
 
     SSortedVector itsMappings;
     // Inserted during a batch, in the order they came, owned.
@@ -88,6 +92,16 @@ protected:
     bool itsDeferInserts = false;
     SString itsErrorText;
     mutable SLayerMapping* itsProbe = nullptr;
+    struct SLastPair
+    {
+        bool valid = false;
+        bool found = false;
+        int layer = 0;
+        int datatype = 0;
+        size_t first = 0;
+        size_t last = 0;
+    };
+    mutable SLastPair itsLastPair;
 };
 
 #endif

@@ -263,6 +263,18 @@ TEST_F(LayerFile, ManyLinesOfAPairKeepTheOrderOfInsertingThemOneByOne)
         file.Rebuild();
         EXPECT_EQ(names(std::vector<SCollectable*>(file.GetAll().begin(), file.GetAll().end())),
                   names(std::vector<SCollectable*>(again.begin(), again.end())));
+        // Lookups see the keys as they are now, the pair looked up last before included.
+        for (int layer = layers - 1; layer >= 0; --layer) {
+            SOrdered found;
+            file.GetMappings(found, layer, 1);
+            EXPECT_TRUE(found.isEmpty());
+            file.GetMappings(found, layer, 0);
+            std::vector<SCollectable*> run;
+            for (SCollectable* item : again)
+                if (static_cast<SGdsLayerMapping*>(item)->itsStreamLayer == layer)
+                    run.push_back(item);
+            EXPECT_EQ(names(std::vector<SCollectable*>(found.begin(), found.end())), names(run));
+        }
         again.clear();
     }
 }
