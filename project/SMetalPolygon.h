@@ -44,8 +44,6 @@ public:
   int GetLevelIndex() const;
   // Takes the polygon from its owner and appends it to `parent`.
   void MoveTo(SBaseEnclosure* parent);
-  int GetOutputFlag() const { return itsOutputFlag; }
-  void SetOutputFlag(int flag) { itsOutputFlag = flag; }
 
   // `lengthFactor` as for SPolygonData::WriteVertices.
   virtual void Write(SProjectStream& out, int level, int format, double lengthFactor = 1.0) const;
@@ -59,8 +57,6 @@ protected:
   void WriteGroupLine(SProjectStream& out, int format) const;
   // The optional lines, the group line and the vertices.
   bool ReadTail(SFile& file, SProjectErrorManager& errors, int points);
-
-  int itsOutputFlag = 0;
 };
 
 #endif

@@ -21,7 +21,9 @@ public:
   SShapeData() {}
   SShapeData(const SShapeData& other);
   SShapeData& operator=(const SShapeData& other);
-  virtual ~SShapeData() {}
+  // Not virtual: shapes are owned and destroyed as the objects they are part of, and a
+  // table pointer in each of millions of polygons costs their allocation a size class.
+  ~SShapeData() = default;
 
   SMaterialTypeData* GetMaterial() const { return itsMaterial; }
   void SetMaterial(SMaterialTypeData* type) { itsMaterial = type; }

@@ -184,12 +184,12 @@ TEST(Arena, TranslationTooLargeForItsMemoryEndsWithTheMessageAtEveryLimit)
 #ifdef GDS_UNDER_SANITIZER
     GTEST_SKIP() << "the sanitizer's shadow memory does not fit under an address space limit";
 #endif
-    // 600,000 rectangles need well over 300 MB; below that the limit meets the read, the
+    // 900,000 rectangles need well over 300 MB; below that the limit meets the read, the
     // flattening or the project, with the helper thread mapping ahead or not.
     GdsRun gds;
     StreamWriter stream;
     stream.Begin().Bgnstr("TOP");
-    for (int i = 0; i < 600000; ++i)
+    for (int i = 0; i < 900000; ++i)
         stream.Boundary(1, 0, StreamWriter::Rect(i, 0, i + 10, 10 + i % 7));
     stream.Endstr().Endlib();
     gds.Write("big.gds", stream);
