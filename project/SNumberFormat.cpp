@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 
 namespace {
@@ -34,6 +35,14 @@ constexpr long double kPow10L[] = {1e0L,  1e1L,  1e2L,  1e3L,  1e4L,  1e5L,  1e6
                                    1e10L, 1e11L, 1e12L, 1e13L, 1e14L, 1e15L, 1e16L, 1e17L, 1e18L, 1e19L,
                                    1e20L, 1e21L, 1e22L, 1e23L, 1e24L, 1e25L, 1e26L, 1e27L};
 constexpr int kMaxExactPower = 27;
+
+// 10^0 to 10^22 as 128-bit integers.
+constexpr unsigned __int128 Pow10Wide(int n) { return n == 0 ? 1 : Pow10Wide(n - 1) * 10; }
+constexpr unsigned __int128 kPow10Wide[] = {
+    Pow10Wide(0),  Pow10Wide(1),  Pow10Wide(2),  Pow10Wide(3),  Pow10Wide(4),  Pow10Wide(5),
+    Pow10Wide(6),  Pow10Wide(7),  Pow10Wide(8),  Pow10Wide(9),  Pow10Wide(10), Pow10Wide(11),
+    Pow10Wide(12), Pow10Wide(13), Pow10Wide(14), Pow10Wide(15), Pow10Wide(16), Pow10Wide(17),
+    Pow10Wide(18), Pow10Wide(19), Pow10Wide(20), Pow10Wide(21), Pow10Wide(22)};
 
 int Clamp(int digits) { return digits < 1 ? 1 : (digits > 17 ? 17 : digits); }
 
@@ -184,8 +193,16 @@ int SNumberFormat::Format(double value, int digits, char* buffer) {
       }
       const long double whole = std::floor(scaled);
       const long double fraction = scaled - whole;
-      if (std::fabs(fraction - 0.5L) < 0.01L) break;
-      uint64_t mantissa = static_cast<uint64_t>(whole) + (fraction > 0.5L ? 1 : 0);
+      uint64_t mantissa = static_cast<uint64_t>(whole);
+      if (std::fabs(fraction - 0.5L) < 0.01L) {
+        // Sums of short decimals often end in a 5 just past the digits kept: the exact
+        // value decides, a tie itself going to the even digit.
+        const int side = CompareWithTie(magnitude, k, mantissa);
+        if (side == 2) break;
+        mantissa += (side > 0 || (side == 0 && mantissa % 2 == 1)) ? 1 : 0;
+      } else {
+        mantissa += fraction > 0.5L ? 1 : 0;
+      }
       if (mantissa == kPow10[digits]) {
         mantissa = kPow10[digits - 1];
         ++exponent;
@@ -194,6 +211,29 @@ int SNumberFormat::Format(double value, int digits, char* buffer) {
     }
   }
   return Exact(value, digits, buffer);
+}
+
+int SNumberFormat::CompareWithTie(double magnitude, int power, uint64_t whole) {
+  uint64_t bits;
+  std::memcpy(&bits, &magnitude, sizeof bits);
+  const int biased = static_cast<int>((bits >> 52) & 0x7ff);
+  // Both sides stay below 2^127: 2^53 10^22 on the left, 2^63 10^19 on the right.
+  if (biased == 0 || biased == 0x7ff || whole >= (uint64_t(1) << 62) || power > 22 || power < -19) return 2;
+  using U128 = unsigned __int128;
+  // magnitude = mantissa 2^(twos - 1): both sides doubled, so that the tie is an integer.
+  U128 left = (bits & ((uint64_t(1) << 52) - 1)) | (uint64_t(1) << 52);
+  U128 right = U128(whole) * 2 + 1;
+  const int twos = biased - 1075 + 1;
+  if (power >= 0)
+    left *= kPow10Wide[power];
+  else
+    right *= kPow10Wide[-power];
+  // The power of two goes to whichever side it enlarges, when that still fits.
+  U128& doubled = twos >= 0 ? left : right;
+  const int by = std::abs(twos);
+  if (by >= 128 || (doubled >> (127 - by)) != 0) return 2;
+  doubled <<= by;
+  return left < right ? -1 : (left > right ? 1 : 0);
 }
 
 int SNumberFormat::FormatSlow(double value, int digits, char* buffer) {

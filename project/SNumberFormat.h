@@ -3,6 +3,7 @@
 
 #include "SString.h"
 
+#include <cstdint>
 #include <string>
 
 // The number form of every project writer: "%.*g" with 6, 10 or 15 significant digits
@@ -21,6 +22,10 @@ public:
   static int Format(double value, int digits, char* buffer);
   static void Append(std::string& out, double value, int digits);
   static SString ToString(double value, int digits = Short);
+
+  // How the exact magnitude (positive, finite) times 10^power lies to whole + 1/2: below
+  // (-1), on it (0) or above (1); 2 when 128-bit integers can't tell.
+  static int CompareWithTie(double magnitude, int power, uint64_t whole);
 
   // The same result through the C library alone; the reference the fast path is tested against.
   static int FormatSlow(double value, int digits, char* buffer);

@@ -10,6 +10,7 @@
 #include "SGdsLayerFile.h"
 #include "SGdsPolygonList.h"
 #include "SMetalPolygon.h"
+#include "SNumberFormat.h"
 #include "SOrdered.h"
 #include "SPolygonEdge.h"
 #include "SViaPolygon.h"
@@ -301,13 +302,29 @@ bool ScaleToSixDigits(double magnitude, double& scaled, int& shift)
 
 // The value that "%g" prints, read back, without the text: scale to six
 // digits before the point with an exact power of ten, round, scale back. The
-// scaled value carries an error below 1e-10, so only values within 2e-7 of a
-// rounding tie, and magnitudes past the exact powers, take the text road.
+// scaled value carries an error below 1e-10, so values within 2e-7 of a
+// rounding tie are decided on the exact value, and only magnitudes past the
+// exact powers take the text road.
 double SGdsPolygon::RoundToSixDigits(double value)
 {
     double rounded;
     if (RoundAwayFromTie(value, 0.0, rounded))
         return rounded;
+    // Near a tie the exact value decides, as printing does, a tie itself going to the even
+    // digit; only what 128 bits can't hold takes the text road.
+    const double magnitude = std::fabs(value);
+    double scaled;
+    int shift;
+    if (std::isfinite(value) && value != 0.0 && ScaleToSixDigits(magnitude, scaled, shift)) {
+        double whole = double(int64_t(scaled));
+        const int side = SNumberFormat::CompareWithTie(magnitude, shift, uint64_t(whole));
+        if (side != 2) {
+            if (side > 0 || (side == 0 && std::fmod(whole, 2.0) != 0.0))
+                whole += 1.0;
+            rounded = shift >= 0 ? whole / kPowersOfTen[shift] : whole * kPowersOfTen[-shift];
+            return value < 0 ? -rounded : rounded;
+        }
+    }
     return std::isfinite(value) && value != 0.0 ? RoundThroughText(value) : value;
 }
 

@@ -89,7 +89,7 @@ TEST(NumberFormat, MatchesCLibraryOnRandomValues) {
   int mismatches = 0;
   for (int i = 0; i < 300000 && mismatches < 10; ++i) {
     double value = 0.0;
-    switch (i % 6) {
+    switch (i % 7) {
       case 0:
         value = mantissa(random) * std::pow(10.0, decade(random));
         break;
@@ -115,6 +115,14 @@ TEST(NumberFormat, MatchesCLibraryOnRandomValues) {
         value = static_cast<double>(whole(random) % 100000000000LL) / std::pow(10.0, k);
         break;
       }
+      case 5: {
+        // A coordinate moved by the box's corner: six-digit decimals of other scales
+        // added, which ends in a 5 just past ten digits more often than not.
+        const double a = std::floor(mantissa(random) * 1e5) / std::pow(10.0, 2 + static_cast<int>(random() % 5));
+        const double b = std::floor(mantissa(random) * 1e5) / std::pow(10.0, 4 + static_cast<int>(random() % 5));
+        value = random() % 2 ? a - b : b - a;
+        break;
+      }
       default:
         value = -mantissa(random) * std::pow(10.0, decade(random) / 3);
         break;
@@ -136,6 +144,12 @@ TEST(NumberFormat, ExactBinaryHalvesRoundToEven) {
     const double value = k + 0.5;
     EXPECT_EQ(Fast(value, 6), Reference(value, 6)) << value;
     EXPECT_EQ(Fast(-value, 6), Reference(-value, 6)) << value;
+  }
+  // At ten digits, where coordinates are written.
+  for (int64_t k = 1234567800; k < 1234568200; ++k) {
+    const double value = static_cast<double>(k) + 0.5;
+    EXPECT_EQ(Fast(value, 10), Reference(value, 10)) << value;
+    EXPECT_EQ(Fast(value / 1024, 10), Reference(value / 1024, 10)) << value;
   }
   EXPECT_EQ(Fast(0.125, 2), "0.12");
   EXPECT_EQ(Fast(0.375, 2), "0.38");

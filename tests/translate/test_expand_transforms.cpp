@@ -555,6 +555,19 @@ TEST(PolygonRounding, SixDigitsAsPrintingAndReadingBack)
     for (double value : {0.0, -0.0, 999999.5, 9999995.0, 1234565.0, 0.1234565, 1e-300, -5e-324, 1e300, 2.5e-16,
                          9.999995e20, HUGE_VAL, std::nan("")})
         expectSame(value);
+    // The doubles on and next to ties, at every scale the fast roads take: those a few
+    // units in the last place away are decided by the exact value.
+    std::uniform_int_distribution<int> six(100000, 999999);
+    for (int i = 0; i < 20000; ++i) {
+        const double tie = (six(random) + 0.5) * std::pow(10.0, exponent(random) - 10);
+        double below = tie, above = tie;
+        for (int step = 0; step < 4; ++step) {
+            expectSame(below);
+            expectSame(-above);
+            below = std::nextafter(below, 0.0);
+            above = std::nextafter(above, HUGE_VAL);
+        }
+    }
     SGdsPolygonList list;
     SGdsPolygon* polygon = list.NewPolygon();
     polygon->AddPoint(list, SPoint(1.23456789, 0.1 + 0.2), false);
