@@ -134,23 +134,34 @@ void SPolygonData::WriteVertices(SProjectStream& out, double lengthFactor) const
   };
   Axis x, y;
   const int digits = out.Digits();
-  auto put = [&out, digits](Axis& axis, double value) {
+  // Lines are made here and handed on a batch at a time: millions of polygons make
+  // tens of millions of them.
+  const size_t kLongestLine = 2 * SNumberFormat::kBufferSize + 2;
+  char lines[4096];
+  size_t used = 0;
+  auto put = [&lines, &used, digits](Axis& axis, double value) {
     uint64_t bits;
     std::memcpy(&bits, &value, sizeof bits);
     if (axis.length < 0 || bits != axis.bits) {
       axis.bits = bits;
       axis.length = SNumberFormat::Format(value, digits, axis.text);
     }
-    out.Append(axis.text, static_cast<size_t>(axis.length));
+    std::memcpy(lines + used, axis.text, static_cast<size_t>(axis.length));
+    used += static_cast<size_t>(axis.length);
   };
   auto line = [&](const SPoint& p) {
+    if (sizeof lines - used < kLongestLine) {
+      out.AppendLines(lines, used);
+      used = 0;
+    }
     put(x, p.x() * lengthFactor);
-    out << ' ';
+    lines[used++] = ' ';
     put(y, p.y() * lengthFactor);
-    out << '\n';
+    lines[used++] = '\n';
   };
   for (const SPoint& p : itsVertices) line(p);
   if (!itsVertices.empty()) line(itsVertices[0]);
+  out.AppendLines(lines, used);
   out << "END\n";
 }
 

@@ -34,6 +34,12 @@ public:
     itsText.append(text, length);
     return *this;
   }
+  // Whole lines as they stand, each ending in a line end.
+  SProjectStream& AppendLines(const char* text, size_t length) {
+    itsText.append(text, length);
+    Spill();
+    return *this;
+  }
   // The text of another stream after this one's; with a sink, handed on as it stands rather
   // than copied in. The other stream is left empty.
   SProjectStream& AppendStream(SProjectStream& other);
