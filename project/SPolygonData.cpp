@@ -102,6 +102,10 @@ void SPolygonData::MoveVertices(const SPoint& delta) {
   for (SPoint& p : itsVertices) p += delta;
 }
 
+void SPolygonData::FlipVertices(double height) {
+  for (SPoint& p : itsVertices) p.setY(height - p.y());
+}
+
 void SPolygonData::WriteHeader(SProjectStream& out, int level, int material, unsigned long long id, int format,
                                double lengthFactor) const {
   const int points = itsVertices.empty() ? 0 : GetNumberOfVertices() + 1;

@@ -78,6 +78,8 @@ public:
   void Reverse();
   double Area() const { return SignedArea(itsVertices); }
   void MoveVertices(const SPoint& delta);
+  // Every y becomes height - y, in place.
+  void FlipVertices(double height);
 
   // The fields of the polygon line from the level on, and its line feed. `lengthFactor`
   // applies to the two subsection lengths (feet of older brick lines).

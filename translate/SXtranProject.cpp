@@ -636,23 +636,9 @@ void SXtranProject::Move(const SPoint& delta, bool newOnly)
 void SXtranProject::Invert(bool newOnly)
 {
     itsInverted = !itsInverted;
-    // One scratch list for all: assigning a list of the same length reuses the
-    // polygon's own storage, so a million polygons flip without an allocation.
-    struct Flip
-    {
-        double height;
-        std::vector<SPoint> scratch;
-    } flip{itsCircuit ? itsCircuit->GetBoxSize().height() : 0.0, {}};
+    double height = itsCircuit ? itsCircuit->GetBoxSize().height() : 0.0;
     ForEachShape(
-        newOnly,
-        [](SPolygonData& shape, void* data) {
-            Flip& f = *static_cast<Flip*>(data);
-            f.scratch.assign(shape.GetVertices().begin(), shape.GetVertices().end());
-            for (SPoint& p : f.scratch)
-                p.setY(f.height - p.y());
-            shape.SetVertices(f.scratch);
-        },
-        &flip);
+        newOnly, [](SPolygonData& shape, void* data) { shape.FlipVertices(*static_cast<double*>(data)); }, &height);
 }
 
 SRect SXtranProject::MapRect(const SRect& rect) const
