@@ -61,9 +61,10 @@ int main(int argc, char** argv)
 
     auto start = std::chrono::steady_clock::now();
     SGdsFile file{SString(stream)};
-    if (!file.CheckHeader() || !file.Read())
-        return 1;
+    // Built while the stream is read, keeping only the records of points, as a translation does.
     SGdsStructureList structures;
+    if (!file.CheckHeader() || !file.Read(&structures))
+        return 1;
     if (!file.BuildStructures(structures))
         return 1;
     double read = Seconds(start);
@@ -75,7 +76,8 @@ int main(int argc, char** argv)
     }
     start = std::chrono::steady_clock::now();
     SGdsPolygonList polygons(&structures);
-    if (!ExpandStructure(structures, polygons, name))
+    // The records' memory goes to the flat points on the way, as in a translation.
+    if (!ExpandStructure(structures, polygons, name, &file.GetRecords()))
         return 1;
     double flatten = Seconds(start);
 
