@@ -39,6 +39,10 @@ struct SHeldMessage
 };
 
 bool theHolding = false;
+// No more than this many warnings can ever be given out (the cap and its line), so no more
+// are kept: a stream may hold millions of paths with a bad type.
+const size_t kMostHeldWarnings = 26;
+size_t theHeldWarnings = 0;
 std::vector<SHeldMessage>& Held()
 {
     static std::vector<SHeldMessage>* held = new std::vector<SHeldMessage>;
@@ -108,6 +112,9 @@ void GdsVerbose(const char* format, ...)
 void GdsWarning(const char* format, ...)
 {
     if (theHolding) {
+        if (theHeldWarnings >= kMostHeldWarnings)
+            return;
+        ++theHeldWarnings;
         va_list args;
         va_start(args, format);
         Hold(kHeldWarning, format, args);
@@ -135,6 +142,7 @@ void HoldMessages(bool hold)
 void ReleaseMessages(bool print)
 {
     theHolding = false;
+    theHeldWarnings = 0;
     std::vector<SHeldMessage> held;
     held.swap(Held());
     if (!print)

@@ -160,11 +160,12 @@ TEST(BuildingWhileReading, ALaterUnitScalesWhatWasBuiltBeforeIt)
 TEST(BuildingWhileReading, WhatTheBuildingSaysComesAfterAllTheReadingSays)
 {
     // A warning of the reading (an odd release) first and another (a unit that is not
-    // positive) last, and thirty of the building (bad path types) between them: read
-    // first, the building's warnings come after both and run into the cap of 25.
+    // positive) last, and three hundred of the building (bad path types) between them:
+    // read first, the building's warnings come after both and run into the cap of 25.
     StreamWriter s;
     s.Header(7).Bgnlib().Libname().Units().Bgnstr("TOP");
-    for (int i = 0; i < 30; ++i)
+    // More than the cap lets out, and more than are kept while waiting.
+    for (int i = 0; i < 300; ++i)
         s.Path(1, 0, 10, {{0, i}, {10, i}}, 7);
     s.Endstr().Units(-1, 1e-9).Endlib();
     const Outcome afterwards = ReadAndBuild(s, false);
