@@ -1,5 +1,6 @@
 #include "SGdsArena.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <new>
@@ -169,4 +170,26 @@ void SGdsArena::GiveChunk(size_t index, SGdsArena& to)
     to.itsGiven.push_back(Chunk{chunk.data, 0, chunk.capacity});
     chunk.data = nullptr;
     chunk.used = chunk.capacity;
+}
+
+SGdsArena::ChunkIndex::ChunkIndex(const SGdsArena& arena)
+    : itsChunks(arena.itsChunks)
+{
+    for (size_t c = 0; c < itsChunks.size(); ++c)
+        if (itsChunks[c].data)
+            itsStarts.emplace_back(itsChunks[c].data, c);
+    std::sort(itsStarts.begin(), itsStarts.end());
+}
+
+size_t SGdsArena::ChunkIndex::Find(const void* place) const
+{
+    const unsigned char* p = static_cast<const unsigned char*>(place);
+    auto after = std::upper_bound(itsStarts.begin(), itsStarts.end(), p,
+                                  [](const unsigned char* q, const std::pair<const unsigned char*, size_t>& start) {
+                                      return q < start.first;
+                                  });
+    if (after == itsStarts.begin())
+        return kNone;
+    const Chunk& chunk = itsChunks[std::prev(after)->second];
+    return p < chunk.data + chunk.capacity ? std::prev(after)->second : kNone;
 }

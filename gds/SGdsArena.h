@@ -56,6 +56,23 @@ public:
     };
     const std::vector<Chunk>& GetChunks() const { return itsChunks; }
 
+    // Which chunk of an arena holds an address, for users that give chunks away once what
+    // lies in them is done with. Made from the chunks as they are; chunks given away since
+    // are not in it.
+    class ChunkIndex
+    {
+    public:
+        explicit ChunkIndex(const SGdsArena& arena);
+        static constexpr size_t kNone = ~size_t(0);
+        // The index of the chunk holding `place`, or kNone.
+        size_t Find(const void* place) const;
+
+    private:
+        const std::vector<Chunk>& itsChunks;
+        // Start addresses with chunk indexes, sorted.
+        std::vector<std::pair<const unsigned char*, size_t>> itsStarts;
+    };
+
 private:
     // The spare chunk when the helper made one of at least `capacity` bytes, else null.
     unsigned char* TakeSpare(size_t capacity);

@@ -115,20 +115,8 @@ void SGdsExpander::PlanRecordRelease(SGdsStructure* top)
     if (!itsSpentRecords)
         return;
     const std::vector<SGdsArena::Chunk>& chunks = itsSpentRecords->GetArena().GetChunks();
-    std::vector<std::pair<const unsigned char*, size_t>> starts;
-    for (size_t c = 0; c < chunks.size(); ++c)
-        if (chunks[c].data)
-            starts.emplace_back(chunks[c].data, c);
-    std::sort(starts.begin(), starts.end());
-    const size_t kNone = SIZE_MAX;
-    auto chunkOf = [&](const void* record) {
-        const unsigned char* at = static_cast<const unsigned char*>(record);
-        auto it = std::upper_bound(starts.begin(), starts.end(), std::make_pair(at, SIZE_MAX));
-        if (it == starts.begin())
-            return kNone;
-        const SGdsArena::Chunk& chunk = chunks[(--it)->second];
-        return at < chunk.data + chunk.capacity ? it->second : kNone;
-    };
+    const SGdsArena::ChunkIndex index(itsSpentRecords->GetArena());
+    const size_t kNone = SGdsArena::ChunkIndex::kNone;
     // Elements done with each chunk; kNone: some other structure's points lie in it.
     std::vector<size_t> after(chunks.size(), 0);
     const SOrdered& structures = itsStructures.GetStructures();
@@ -139,7 +127,7 @@ void SGdsExpander::PlanRecordRelease(SGdsStructure* top)
         const SOrdered& elements = structure->itsElements;
         for (size_t e = 0; e < elements.entries(); ++e)
             if (const SGdsRecXy* xy = static_cast<const SGdsElement*>(elements.at(e))->itsXyRecord) {
-                const size_t c = chunkOf(xy);
+                const size_t c = index.Find(xy);
                 if (c != kNone)
                     after[c] = kNone;
             }
@@ -147,7 +135,7 @@ void SGdsExpander::PlanRecordRelease(SGdsStructure* top)
     const SOrdered& elements = top->itsElements;
     for (size_t e = 0; e < elements.entries(); ++e)
         if (const SGdsRecXy* xy = static_cast<const SGdsElement*>(elements.at(e))->itsXyRecord) {
-            const size_t c = chunkOf(xy);
+            const size_t c = index.Find(xy);
             if (c != kNone && after[c] != kNone)
                 after[c] = std::max(after[c], e + 1);
         }

@@ -140,40 +140,27 @@ void SGdsPolygonList::GrowPoints(SGdsPolygon& polygon, size_t capacity)
     polygon.itsPointCapacity = uint32_t(capacity);
 }
 
-namespace {
-
-// The chunk of `starts` (start addresses with chunk indexes, sorted) that holds `place`.
-size_t ChunkHolding(const std::vector<std::pair<const unsigned char*, size_t>>& starts, const void* place)
-{
-    const unsigned char* p = static_cast<const unsigned char*>(place);
-    auto after = std::upper_bound(starts.begin(), starts.end(), p,
-                                  [](const unsigned char* q, const std::pair<const unsigned char*, size_t>& start) {
-                                      return q < start.first;
-                                  });
-    return std::prev(after)->second;
-}
-
-} // namespace
-
 void SGdsPolygonList::ScheduleRelease(SGdsArena& arena, bool points, std::vector<ChunkRelease>& releases) const
 {
     const std::vector<SGdsArena::Chunk>& chunks = arena.GetChunks();
     if (chunks.empty())
         return;
-    std::vector<std::pair<const unsigned char*, size_t>> starts;
-    for (size_t c = 0; c < chunks.size(); ++c)
-        starts.emplace_back(chunks[c].data, c);
-    std::sort(starts.begin(), starts.end());
+    const SGdsArena::ChunkIndex index(arena);
     // Visited in order, so the last polygon seen in a chunk is its last user. A chunk nobody
     // uses goes with the first polygon.
     std::vector<size_t> last(chunks.size(), 0);
+    auto note = [&](const void* place, size_t polygon) {
+        const size_t c = index.Find(place);
+        if (c != SGdsArena::ChunkIndex::kNone)
+            last[c] = polygon;
+    };
     if (points) {
         for (size_t i = 0; i < itsCount; ++i)
             if (const SPoint* first = at(i)->itsPoints)
-                last[ChunkHolding(starts, first)] = i;
+                note(first, i);
     } else {
         for (size_t b = 0; b < itsBlocks.size(); ++b)
-            last[ChunkHolding(starts, itsBlocks[b])] = std::min((b + 1) * kBlockSize, itsCount) - 1;
+            note(itsBlocks[b], std::min((b + 1) * kBlockSize, itsCount) - 1);
     }
     for (size_t c = 0; c < chunks.size(); ++c)
         releases.push_back(ChunkRelease{last[c], &arena, c});

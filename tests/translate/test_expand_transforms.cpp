@@ -476,16 +476,11 @@ TEST(ExpandRecords, SpentOnTheWayTheyGiveTheSamePolygonsAndKeepWhatOthersStillRe
     // TOP's chunks went to the polygons; those that BEFORE's and AFTER's points lie in
     // stayed.
     size_t given = 0;
-    auto holds = [](const SGdsArena::Chunk& chunk, const void* record) {
-        const unsigned char* at = static_cast<const unsigned char*>(record);
-        return chunk.data && at >= chunk.data && at < chunk.data + chunk.capacity;
-    };
-    bool beforeStayed = false, afterStayed = false;
-    for (const SGdsArena::Chunk& chunk : spent.Records().GetArena().GetChunks()) {
+    for (const SGdsArena::Chunk& chunk : spent.Records().GetArena().GetChunks())
         given += chunk.data ? 0 : 1;
-        beforeStayed = beforeStayed || holds(chunk, before);
-        afterStayed = afterStayed || holds(chunk, after);
-    }
+    const SGdsArena::ChunkIndex index(spent.Records().GetArena());
+    const bool beforeStayed = index.Find(before) != SGdsArena::ChunkIndex::kNone;
+    const bool afterStayed = index.Find(after) != SGdsArena::ChunkIndex::kNone;
     EXPECT_GE(given, 2u);
     EXPECT_TRUE(beforeStayed);
     EXPECT_TRUE(afterStayed);
